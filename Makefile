@@ -1,0 +1,44 @@
+# The two commands a new user needs are `make run` and `make test`; both do
+# all the set-up themselves.
+
+BUILD      ?= build
+ASAN_BUILD ?= build-asan
+FUZZ_BUILD ?= build-fuzz
+JOBS       ?= $(shell nproc)
+GENERATOR  := $(shell command -v ninja >/dev/null 2>&1 && echo "-G Ninja")
+
+.PHONY: all build deps test run sanitize fuzz bench clean
+
+all: build
+
+deps:
+	@scripts/install-deps
+
+$(BUILD)/CMakeCache.txt:
+	@cmake -S . -B $(BUILD) $(GENERATOR) -DCMAKE_BUILD_TYPE=RelWithDebInfo >/dev/null
+
+build: deps $(BUILD)/CMakeCache.txt
+	@cmake --build $(BUILD) -j $(JOBS)
+
+test: build
+	@scripts/test $(BUILD)
+
+run: build
+	@scripts/run $(BUILD)
+
+$(ASAN_BUILD)/CMakeCache.txt:
+	@cmake -S . -B $(ASAN_BUILD) $(GENERATOR) -DCMAKE_BUILD_TYPE=Debug -DTALLYVANE_SANITIZE=ON -DTALLYVANE_BENCH=OFF >/dev/null
+
+sanitize: deps $(ASAN_BUILD)/CMakeCache.txt
+	@cmake --build $(ASAN_BUILD) -j $(JOBS)
+	@scripts/test $(ASAN_BUILD)
+
+$(FUZZ_BUILD)/CMakeCache.txt:
+	@CC=clang CXX=clang++ cmake -S . -B $(FUZZ_BUILD) $(GENERATOR) -DCMAKE_BUILD_TYPE=RelWithDebInfo \
+	  -DTALLYVANE_FUZZ=ON -DTALLYVANE_TESTS=OFF -DTALLYVANE_BENCH=OFF >/dev/null
+
+fuzz: deps $(FUZZ_BUILD)/CMakeCache.txt
+	@cmake --build $(FUZZ_BUILD) -j $(JOBS)
+
+clean:
+	rm -rf $(BUILD) $(ASAN_BUILD) $(FUZZ_BUILD)
