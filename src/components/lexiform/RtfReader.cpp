@@ -446,10 +446,15 @@ private:
             emitText(QString(QChar(c)));
     }
 
-    void emitText(const QString& s)
+    void emitText(QString s)
     {
         if (s.isEmpty())
             return;
+        // Line ends smuggled in as \'0d, \u10 and the like cannot end a
+        // paragraph here (only \par does); they stay as line breaks.
+        for (QChar& c : s)
+            if (c == u'\n' || c == u'\r' || c == QChar::ParagraphSeparator)
+                c = QChar::LineSeparator;
         if (pendingCells_ > 0) {
             const int cells = pendingCells_;
             pendingCells_ = 0;

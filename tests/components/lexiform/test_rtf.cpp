@@ -167,8 +167,9 @@ TEST(RtfReader, ParagraphsLinesTabsAndTables)
               QString::fromUtf16(u"a\x2028" u"b\tc\x00A0" u"d{}\\"));
     EXPECT_EQ(rtf("\\emdash\\endash\\lquote\\rquote\\ldblquote\\rdblquote\\bullet").plainText(),
               QString::fromUtf16(u"\x2014\x2013\x2018\x2019\x201C\x201D\x2022"));
-    // Source line breaks are not text.
+    // Source line breaks are not text; escaped ones are line breaks.
     EXPECT_EQ(rtf("a\r\nb").plainText(), QStringLiteral("ab"));
+    EXPECT_EQ(paragraphTexts(rtf("a\\'0db\\u10?c")), QStringList{QString::fromUtf16(u"a\x2028" u"b\x2028" u"c")});
 
     const Document table = rtf(
         "before\\par"
