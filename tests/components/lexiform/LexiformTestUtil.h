@@ -33,14 +33,4 @@ std::vector<std::string> normalisedLines(const std::string& text);
 
 } // namespace lexiformtest
 
-#include <ostream>
-
-// Readable failure messages for Qt strings.
-inline void PrintTo(const QString& s, std::ostream* os)
-{
-    *os << '"' << s.toStdString() << '"';
-}
-inline void PrintTo(const QStringList& l, std::ostream* os)
-{
-    *os << '[' << l.join(QLatin1Char('|')).toStdString() << ']';
-}
+#include "support/qstring_print.h"
