@@ -14,8 +14,4 @@ bool writeFileBytes(const QString& path, const QByteArray& bytes);
 // a link counts too).
 bool sameFile(const QString& a, const QString& b);
 
-// Text of a file of unknown encoding: a byte order mark decides, else valid
-// UTF-8, else Windows-1252.
-QString decodeUnknownText(const QByteArray& bytes);
-
 } // namespace lexiform

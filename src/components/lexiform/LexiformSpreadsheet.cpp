@@ -7,6 +7,7 @@
 #include "components/lexiform/ExternalPrograms.h"
 #include "components/lexiform/FileBytes.h"
 #include "components/lexiform/OdsReader.h"
+#include "components/lexiform/PlainTextReader.h"
 #include "components/lexiform/XlsReader.h"
 #include "components/lexiform/XlsxReader.h"
 #include "components/lexiform/ZipPackage.h"
@@ -74,7 +75,7 @@ int readDelimited(const QString& path, QChar separator, const SheetRequest& requ
     SheetTable table;
     table.number = 1;
     table.name = QFileInfo(path).completeBaseName();
-    for (CsvRecord& r : parseCsv(decodeUnknownText(bytes), separator))
+    for (CsvRecord& r : parseCsv(decodeText(bytes), separator))
         table.rows.push_back(std::move(r));
     out.sheets.push_back(std::move(table));
     return Ok;
