@@ -3,6 +3,7 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QFile>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 #include <cstdlib>
@@ -17,6 +18,9 @@ int main(int argc, char** argv)
     setenv("XDG_DATA_HOME", (base + "/data").constData(), 1);
     setenv("XDG_RUNTIME_DIR", (base + "/runtime").constData(), 1);
     QDir().mkpath(home.path() + "/runtime");
+    // Qt insists on a private runtime folder and warns about any other.
+    QFile::setPermissions(home.path() + "/runtime",
+                          QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
 
     QApplication app(argc, argv);
     QCoreApplication::setOrganizationName("Tallyvane");

@@ -1,0 +1,129 @@
+// One persisted value each: initial values, the boolean bias, numbers that are
+// no numbers, and the report line.
+
+#include "settings/IniStore.h"
+#include "settings/clsVar.h"
+#include "support/testsupport.h"
+
+#include <gtest/gtest.h>
+
+using tvtest::readFile;
+using tvtest::writeFile;
+using namespace std::string_literals;
+
+namespace {
+
+class PersistedValueTest : public ::testing::Test {
+protected:
+    tvtest::TempDir dir;
+    QString ini = dir.qpath() + "/Tallyvane.INI";
+    std::string iniPath = ini.toStdString();
+};
+
+TEST_F(PersistedValueTest, DataBeforeLoadIsTheInitialValueNotTheDefault)
+{
+    clsVarBoolean b("bShowChanges", true);
+    clsVarLong l("lLineBracket", 7);
+    clsVarString s("sFileOriginal", "Uninitialized");
+    EXPECT_FALSE(b.Data());
+    EXPECT_EQ(l.Data(), 0);
+    EXPECT_EQ(s.Data(), "Not Initialized");
+
+    b.LoadStateFromFile(ini, "1_CompareFile");
+    l.LoadStateFromFile(ini, "1_CompareFile");
+    s.LoadStateFromFile(ini, "1_CompareFile");
+    EXPECT_TRUE(b.Data());
+    EXPECT_EQ(l.Data(), 7);
+    EXPECT_EQ(s.Data(), "Uninitialized");
+
+    clsVarString bare;
+    EXPECT_EQ(bare.Name(), "Not Initialized");
+    EXPECT_EQ(bare.DataDefault(), "Not Initialized");
+}
+
+TEST_F(PersistedValueTest, OnlyFalseInAnyCaseReadsAsFalse)
+{
+    writeFile(iniPath, "[S]\nempty=\nzero=0\nno=No\nf=F\nlower=false\nmixed=False\nupper=FALSE\n"
+                       "padded=  false  \nnul=false\0x\n"s);
+    const std::pair<const char*, bool> cases[] = {
+        {"empty", true}, {"zero", true}, {"no", true}, {"f", true},
+        {"lower", false}, {"mixed", false}, {"upper", false}, {"padded", false}, {"nul", false},
+    };
+    for (const auto& [key, expected] : cases) {
+        clsVarBoolean b(key, !expected);
+        b.LoadStateFromFile(ini, "S");
+        EXPECT_EQ(b.Data(), expected) << key;
+    }
+    clsVarBoolean missing("missing", false);
+    missing.setData(true);
+    missing.LoadStateFromFile(ini, "S");
+    EXPECT_FALSE(missing.Data());
+}
+
+TEST_F(PersistedValueTest, BooleanWritesTrueAndFalseInCapitals)
+{
+    clsVarBoolean b("bIgnoreCase", false);
+    b = true;
+    b.SaveStateToFile(ini, "S");
+    clsVarBoolean c("bQuickCompare", true);
+    c = false;
+    c.SaveStateToFile(ini, "S");
+    EXPECT_EQ(readFile(iniPath), "[S]\nbIgnoreCase=TRUE\nbQuickCompare=FALSE\n");
+}
+
+TEST_F(PersistedValueTest, LongThatIsNoNumberFailsAndKeepsItsValue)
+{
+    writeFile(iniPath, "[S]\nok= -12 \nbad=12abc\nempty=\n");
+    clsVarLong ok("ok", 1);
+    ok.LoadStateFromFile(ini, "S");
+    EXPECT_EQ(ok.Data(), -12);
+
+    for (const char* key : {"bad", "empty"}) {
+        clsVarLong l(key, 1);
+        l = 55;
+        EXPECT_THROW(l.LoadStateFromFile(ini, "S"), SettingTypeError) << key;
+        EXPECT_EQ(l.Data(), 55);
+    }
+    // A default that was never set is the text "Not Initialized".
+    clsVarLong unset;
+    unset.setName("missing");
+    try {
+        unset.LoadStateFromFile(ini, "S");
+        FAIL() << "no failure";
+    } catch (const SettingTypeError& e) {
+        EXPECT_EQ(e.key(), "missing");
+        EXPECT_EQ(e.text(), "Not Initialized");
+    }
+}
+
+TEST_F(PersistedValueTest, LongWritesPlainDecimal)
+{
+    clsVarLong l("lViewAdditionForeColor", 0);
+    for (qint32 v : {32768, -2147483647 - 1, 0}) {
+        l = v;
+        l.SaveStateToFile(ini, "S");
+        EXPECT_EQ(IniReadString(ini, "S", "lViewAdditionForeColor", ""), QString::number(v));
+        clsVarLong back("lViewAdditionForeColor", 1);
+        back.LoadStateFromFile(ini, "S");
+        EXPECT_EQ(back.Data(), v);
+    }
+}
+
+TEST_F(PersistedValueTest, ReportLinePrintsBooleansInMixedCase)
+{
+    clsVarBoolean b("bIgnoreCase", false);
+    b = true;
+    clsVarLong l("lLineBracket", 1);
+    l = -3;
+    clsVarString s("sExtension", "*.*");
+    s = "*.txt";
+    QString text;
+    QTextStream out(&text);
+    b.CreateReport_ActiveData(out);
+    l.CreateReport_ActiveData(out);
+    s.CreateReport_ActiveData(out);
+    out.flush();
+    EXPECT_EQ(text, "   bIgnoreCase = True\n   lLineBracket = -3\n   sExtension = *.txt\n");
+}
+
+} // namespace
