@@ -1,0 +1,113 @@
+#include "components/lexiform/ZipPackage.h"
+
+#include <QFile>
+#include <QStringList>
+#include <zip.h>
+
+namespace lexiform {
+
+ZipPackage::ZipPackage(const ReadLimits& limits) : limits_(limits) {}
+
+ZipPackage::~ZipPackage()
+{
+    if (archive_)
+        zip_discard(archive_);
+}
+
+bool ZipPackage::open(const QString& path)
+{
+    if (archive_) {
+        zip_discard(archive_);
+        archive_ = nullptr;
+    }
+    int err = 0;
+    archive_ = zip_open(QFile::encodeName(path).constData(), ZIP_RDONLY, &err);
+    return archive_ != nullptr;
+}
+
+bool ZipPackage::contains(const QString& name) const
+{
+    return archive_ && zip_name_locate(archive_, name.toUtf8().constData(), ZIP_FL_NOCASE) >= 0;
+}
+
+std::unique_ptr<ZipPackage::Member> ZipPackage::openMember(const QString& name) const
+{
+    if (!archive_)
+        return nullptr;
+    zip_int64_t index = zip_name_locate(archive_, name.toUtf8().constData(), ZIP_FL_NOCASE);
+    if (index < 0)
+        return nullptr;
+    zip_file_t* file = zip_fopen_index(archive_, zip_uint64_t(index), 0);
+    if (!file)
+        return nullptr;
+    auto member = std::make_unique<Member>(file, limits_.maxEntryBytes);
+    member->open(QIODevice::ReadOnly);
+    return member;
+}
+
+bool ZipPackage::read(const QString& name, QByteArray& out) const
+{
+    out.clear();
+    auto member = openMember(name);
+    if (!member)
+        return false;
+    char buffer[65536];
+    for (;;) {
+        qint64 n = member->read(buffer, sizeof buffer);
+        if (n < 0)
+            return false;
+        if (n == 0)
+            break;
+        out.append(buffer, n);
+    }
+    return !member->overLimit() && !member->corrupt();
+}
+
+ZipPackage::Member::Member(::zip_file* file, long long limit) : file_(file), limit_(limit) {}
+
+ZipPackage::Member::~Member()
+{
+    zip_fclose(file_);
+}
+
+qint64 ZipPackage::Member::readData(char* data, qint64 maxSize)
+{
+    if (overLimit_ || corrupt_)
+        return -1;
+    if (atEnd_ || maxSize <= 0)
+        return 0;
+    zip_int64_t n = zip_fread(file_, data, zip_uint64_t(maxSize));
+    if (n < 0) {
+        corrupt_ = true;
+        return -1;
+    }
+    if (n == 0) {
+        atEnd_ = true;
+        return 0;
+    }
+    done_ += n;
+    if (done_ > limit_) {
+        // Declared sizes in a zip can lie; only the bytes actually produced count.
+        overLimit_ = true;
+        return -1;
+    }
+    return n;
+}
+
+QString resolvePartPath(const QString& baseFolder, const QString& target)
+{
+    QString t = target;
+    t.replace(QLatin1Char('\\'), QLatin1Char('/'));
+    QStringList parts;
+    if (!t.startsWith(QLatin1Char('/')))
+        parts = baseFolder.split(QLatin1Char('/'), Qt::SkipEmptyParts);
+    for (const QString& p : t.split(QLatin1Char('/'), Qt::SkipEmptyParts)) {
+        if (p == QLatin1String(".."))
+            parts.isEmpty() ? void() : parts.removeLast();
+        else if (p != QLatin1String("."))
+            parts.append(p);
+    }
+    return parts.join(QLatin1Char('/'));
+}
+
+} // namespace lexiform

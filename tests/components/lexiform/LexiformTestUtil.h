@@ -1,0 +1,36 @@
+#pragma once
+// Helpers of the Lexiform tests: building zip packages by hand, reading CSV
+// results as cells, fingerprints of source files.
+
+#include "components/lexiform/CsvText.h"
+
+#include <QByteArray>
+#include <QString>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace lexiformtest {
+
+using Members = std::vector<std::pair<std::string, std::string>>;
+
+// Writes a zip file holding the given members, deflated.
+void writeZip(const std::string& path, const Members& members);
+
+// The cells of a CSV file or text, blanks at the ends of each cell removed.
+std::vector<QStringList> cellsOf(const QString& csvText);
+std::vector<QStringList> cellsOfFile(const std::string& path);
+
+QByteArray fileDigest(const std::string& path);
+
+// A minimal XLSX package: one sheet per entry, each sheet the XML of its
+// <sheetData> content; strings inline.
+void writeXlsx(const std::string& path, const std::vector<std::pair<std::string, std::string>>& sheets,
+               const std::string& styles = "");
+
+// Lines of a text with blank ones and surrounding blanks removed.
+std::vector<std::string> normalisedLines(const std::string& text);
+
+} // namespace lexiformtest
+
+#include "support/qstring_print.h"
