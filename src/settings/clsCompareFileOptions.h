@@ -17,17 +17,21 @@ public:
     std::vector<clsVarBase*> Items() override;
     using clsOptionSet::Items;
 
+    // The two files last compared.
     clsVarString sFileOriginal{QStringLiteral("sFileOriginal"), QStringLiteral("Uninitialized")};
     clsVarString sFileModified{QStringLiteral("sFileModified"), QStringLiteral("Uninitialized")};
+    // How to compare.
     clsVarBoolean bIgnoreCase{QStringLiteral("bIgnoreCase"), false};
     clsVarBoolean bIgnoreWhitespace{QStringLiteral("bIgnoreWhitespace"), false};
     clsVarBoolean bIgnoreEmptyLines{QStringLiteral("bIgnoreEmptyLines"), false};
     clsVarBoolean bBeepWhenDone{QStringLiteral("bBeepWhenDone"), false};
     clsVarBoolean bQuickCompare{QStringLiteral("bQuickCompare"), false};
     clsVarBoolean bShowReportOnly{QStringLiteral("bShowReportOnly"), false};
+    // Automatic refresh; the rate is in seconds.
     clsVarBoolean bRefreshGUI{QStringLiteral("bRefreshGUI"), false};
     clsVarBoolean bReloadOnRefresh{QStringLiteral("bReloadOnRefresh"), true};
     clsVarLong lSliderRefreshRate{QStringLiteral("lSliderRefreshRate"), 10};
+    // What to show and how hard to look.
     clsVarBoolean bRemoveFormatting{QStringLiteral("bRemoveFormatting"), false};
     clsVarBoolean bShowSimilarContent{QStringLiteral("bShowSimilarContent"), true};
     clsVarBoolean bShowChangesInLargerSections{QStringLiteral("bShowChangesInLargerSections"), false};
@@ -38,6 +42,7 @@ public:
     clsVarBoolean bShowChanges{QStringLiteral("bShowChanges"), true};
     clsVarBoolean bShowAdditions{QStringLiteral("bShowAdditions"), true};
     clsVarBoolean bShowDeletions{QStringLiteral("bShowDeletions"), true};
+    // Look of changed text on the Original side, then on the Modified side.
     clsVarBoolean bViewChangeUnderlineOriginal{QStringLiteral("bViewChangeUnderlineOriginal"), false};
     clsVarBoolean bViewChangeStrikeoutOriginal{QStringLiteral("bViewChangeStrikeoutOriginal"), true};
     clsVarBoolean bViewChangeBoldOriginal{QStringLiteral("bViewChangeBoldOriginal"), true};
@@ -50,6 +55,7 @@ public:
     clsVarBoolean bViewChangeStrikeoutModified{QStringLiteral("bViewChangeStrikeoutModified"), false};
     clsVarLong lViewChangeBackColorModified{QStringLiteral("lViewChangeBackColorModified"), 16777215};
     clsVarLong lViewChangeForeColorModified{QStringLiteral("lViewChangeForeColorModified"), 255};
+    // Look of added text, then of deleted text.
     clsVarBoolean bViewAdditionUnderline{QStringLiteral("bViewAdditionUnderline"), true};
     clsVarBoolean bViewAdditionStrikeout{QStringLiteral("bViewAdditionStrikeout"), false};
     clsVarBoolean bViewAdditionBold{QStringLiteral("bViewAdditionBold"), true};
@@ -62,6 +68,7 @@ public:
     clsVarBoolean bViewDeletionItalic{QStringLiteral("bViewDeletionItalic"), false};
     clsVarLong lViewDeletionBackColor{QStringLiteral("lViewDeletionBackColor"), 16777215};
     clsVarLong lViewDeletionForeColor{QStringLiteral("lViewDeletionForeColor"), 16711680};
+    // Spreadsheets: sheets, rows and columns as free text ("1-2, 12, *").
     clsVarBoolean bExcelCompareFormulas{QStringLiteral("bExcelCompareFormulas"), false};
     clsVarString sExcelSheetNumberMaster{QStringLiteral("sExcelSheetNumberMaster"), QStringLiteral("1")};
     clsVarBoolean bExcelUseRowsMaster{QStringLiteral("bExcelUseRowsMaster"), false};
@@ -73,6 +80,8 @@ public:
     clsVarString sExcelRowsSource{QStringLiteral("sExcelRowsSource"), QStringLiteral("1")};
     clsVarBoolean bExcelUseColsSource{QStringLiteral("bExcelUseColsSource"), false};
     clsVarString sExcelColsSource{QStringLiteral("sExcelColsSource"), QStringLiteral("1")};
+    // Set by -E or by hand; no screen control.
     clsVarBoolean bRemoveBlankLines{QStringLiteral("bRemoveBlankLines"), false};
+    // Compare the markup of HTML files rather than their text.
     clsVarBoolean bHTMLCompareSource{QStringLiteral("bHTMLCompareSource"), false};
 };

@@ -145,25 +145,6 @@ TEST_F(OptionSetTest, SaveWritesEveryKeyOnceInOrderAndLoadBringsItBack)
               reportLines(kFileDefaults, std::size(kFileDefaults)));
 }
 
-TEST_F(OptionSetTest, FolderRoundTripAndSectionsStayApart)
-{
-    clsCompareFolderOptions a, b;
-    a.setSection("1_CompareDir");
-    b.setSection("2_CompareDir");
-    scramble(a, 0);
-    scramble(b, 100);
-    a.SaveStateToFile(ini);
-    b.SaveStateToFile(ini);
-    clsCompareFolderOptions a2, b2;
-    a2.setSection("1_CompareDir");
-    b2.setSection("2_CompareDir");
-    a2.LoadStateFromFile(ini);
-    b2.LoadStateFromFile(ini);
-    EXPECT_EQ(report(a2), report(a));
-    EXPECT_EQ(report(b2), report(b));
-    EXPECT_NE(report(a2), report(b2));
-}
-
 TEST_F(OptionSetTest, BadNumberBreaksOffTheRestOfTheLoad)
 {
     writeFile(ini.toStdString(),
@@ -187,23 +168,6 @@ TEST_F(OptionSetTest, BadNumberBreaksOffTheRestOfTheLoad)
     EXPECT_EQ(opts.lLineBracket.Data(), 0);
     EXPECT_EQ(opts.sFileModified.Data(), "Uninitialized");
     EXPECT_EQ(opts.sExcelColsSource.Data(), "Not Initialized");
-}
-
-TEST_F(OptionSetTest, CopiesAreIndependent)
-{
-    clsCompareFileOptions a;
-    a.setSection("1_CompareFile");
-    a.bIgnoreCase = true;
-    a.lLineBracket = 5;
-    clsCompareFileOptions b = a;
-    b.bIgnoreCase = false;
-    b.setSection("2_CompareFile");
-    EXPECT_TRUE(a.bIgnoreCase.Data());
-    EXPECT_EQ(b.lLineBracket.Data(), 5);
-    // The copy's list walks the copy's own values.
-    b.SaveStateToFile(ini);
-    EXPECT_EQ(IniReadString(ini, "2_CompareFile", "bIgnoreCase", ""), "FALSE");
-    EXPECT_EQ(IniReadString(ini, "1_CompareFile", "bIgnoreCase", "none"), "none");
 }
 
 } // namespace

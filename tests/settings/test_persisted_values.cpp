@@ -109,16 +109,6 @@ TEST_F(PersistedValueTest, LongWritesPlainDecimal)
     }
 }
 
-TEST_F(PersistedValueTest, StringRoundTripAndCut)
-{
-    clsVarString s("sFileOriginal", "Uninitialized");
-    s = QString("/home/me/") + QString(600, 'x');
-    s.SaveStateToFile(ini, "S");
-    clsVarString back("sFileOriginal", "Uninitialized");
-    back.LoadStateFromFile(ini, "S");
-    EXPECT_EQ(back.Data(), s.Data().left(499));
-}
-
 TEST_F(PersistedValueTest, ReportLinePrintsBooleansInMixedCase)
 {
     clsVarBoolean b("bIgnoreCase", false);
