@@ -1,0 +1,386 @@
+#include "components/skeinmatch/SequenceMatch.h"
+
+#include <algorithm>
+#include <climits>
+#include <cmath>
+#include <vector>
+
+namespace skeinmatch {
+
+MatchBudget MatchBudget::standard(std::size_t n, std::size_t m)
+{
+    // An exact search over an edit of D elements costs about D*D/2 steps.
+    // 40 steps per element keeps the search within a few times the cost of
+    // reading, and a floor lets small inputs always be exact.
+    MatchBudget b;
+    b.total = 40ull * (n + m) + (1ull << 22);
+    b.cutoff = 1024;
+    return b;
+}
+
+MatchBudget MatchBudget::fast(std::size_t n, std::size_t m)
+{
+    MatchBudget b;
+    b.total = 2ull * (n + m) + (1ull << 14);
+    b.cutoff = 64;
+    return b;
+}
+
+MatchBudget MatchBudget::unlimited()
+{
+    MatchBudget b;
+    b.total = UINT64_MAX;
+    b.cutoff = INT_MAX;
+    return b;
+}
+
+namespace {
+
+class Matcher {
+public:
+    Matcher(const std::uint32_t* x, int n, const std::uint32_t* y, int m, std::uint32_t idCount,
+            const MatchBudget& budget, std::uint8_t* cx, std::uint8_t* cy)
+        : x_(x), y_(y), n_(n), m_(m), idCount_(idCount), budget_(budget), cx_(cx), cy_(cy)
+    {
+    }
+
+    void run();
+
+private:
+    struct Range {
+        int xo, xl, yo, yl;
+    };
+    struct Split {
+        int x, y;
+        bool exact;
+    };
+
+    Split middleSnake(int xo, int xl, int yo, int yl);
+    bool splitOnAnchors(const Range& r);
+    void markX(int from, int to)
+    {
+        std::fill(cx_ + from, cx_ + to, std::uint8_t(1));
+    }
+    void markY(int from, int to)
+    {
+        std::fill(cy_ + from, cy_ + to, std::uint8_t(1));
+    }
+
+    const std::uint32_t* x_;
+    const std::uint32_t* y_;
+    int n_, m_;
+    std::uint32_t idCount_;
+    MatchBudget budget_;
+    std::uint8_t* cx_;
+    std::uint8_t* cy_;
+
+    std::vector<Range> stack_;
+    std::vector<int> fdStore_, bdStore_;
+    int* fd_ = nullptr;  // furthest x reached forward, by diagonal x - y
+    int* bd_ = nullptr;  // furthest x reached backward
+    std::uint64_t work_ = 0;
+
+    // Scratch for the anchor split, indexed by id and kept zeroed between uses.
+    std::vector<std::uint32_t> countX_, countY_, posY_;
+};
+
+void Matcher::run()
+{
+    // Diagonals run from -m to n; one spare at each end for the search's
+    // look at its neighbours.
+    fdStore_.assign(static_cast<std::size_t>(n_) + m_ + 3, 0);
+    bdStore_.assign(static_cast<std::size_t>(n_) + m_ + 3, 0);
+    fd_ = fdStore_.data() + m_ + 1;
+    bd_ = bdStore_.data() + m_ + 1;
+
+    // An explicit stack instead of recursion: the anchor split can make
+    // many ranges, and no input can then exhaust the call stack.
+    stack_.push_back({0, n_, 0, m_});
+    while (!stack_.empty()) {
+        Range r = stack_.back();
+        stack_.pop_back();
+        while (r.xo < r.xl && r.yo < r.yl && x_[r.xo] == y_[r.yo]) {
+            ++r.xo;
+            ++r.yo;
+        }
+        while (r.xl > r.xo && r.yl > r.yo && x_[r.xl - 1] == y_[r.yl - 1]) {
+            --r.xl;
+            --r.yl;
+        }
+        if (r.xo == r.xl) {
+            markY(r.yo, r.yl);
+            continue;
+        }
+        if (r.yo == r.yl) {
+            markX(r.xo, r.xl);
+            continue;
+        }
+        Split s = middleSnake(r.xo, r.xl, r.yo, r.yl);
+        if (!s.exact && splitOnAnchors(r))
+            continue;
+        s.x = std::clamp(s.x, r.xo, r.xl);
+        s.y = std::clamp(s.y, r.yo, r.yl);
+        // A split at either corner would not shrink the problem; the middle
+        // of the box always does.
+        if ((s.x == r.xo && s.y == r.yo) || (s.x == r.xl && s.y == r.yl)) {
+            s.x = r.xo + (r.xl - r.xo) / 2;
+            s.y = r.yo + (r.yl - r.yo) / 2;
+        }
+        stack_.push_back({s.x, r.xl, s.y, r.yl});
+        stack_.push_back({r.xo, s.x, r.yo, s.y});
+    }
+}
+
+// The search for the middle of a shortest edit path through the box
+// [xo,xl) x [yo,yl), from both corners at once. Both ends of the box are
+// known to differ.
+Matcher::Split Matcher::middleSnake(int xo, int xl, int yo, int yl)
+{
+    const int dmin = xo - yl, dmax = xl - yo;
+    const int fmid = xo - yo, bmid = xl - yl;
+    int fmin = fmid, fmax = fmid, bmin = bmid, bmax = bmid;
+    const bool odd = ((fmid - bmid) & 1) != 0;
+    fd_[fmid] = xo;
+    bd_[bmid] = xl;
+
+    for (int c = 1;; ++c) {
+        // Forward round.
+        if (fmin > dmin)
+            fd_[--fmin - 1] = -1;
+        else
+            ++fmin;
+        if (fmax < dmax)
+            fd_[++fmax + 1] = -1;
+        else
+            --fmax;
+        for (int d = fmax; d >= fmin; d -= 2) {
+            int lo = fd_[d - 1], hi = fd_[d + 1];
+            int px = lo >= hi ? lo + 1 : hi;
+            int py = px - d;
+            while (px < xl && py < yl && x_[px] == y_[py]) {
+                ++px;
+                ++py;
+            }
+            fd_[d] = px;
+            if (odd && bmin <= d && d <= bmax && bd_[d] <= px)
+                return {px, py, true};
+        }
+        // Backward round.
+        if (bmin > dmin)
+            bd_[--bmin - 1] = INT_MAX;
+        else
+            ++bmin;
+        if (bmax < dmax)
+            bd_[++bmax + 1] = INT_MAX;
+        else
+            --bmax;
+        for (int d = bmax; d >= bmin; d -= 2) {
+            int lo = bd_[d - 1], hi = bd_[d + 1];
+            int px = lo < hi ? lo : hi - 1;
+            int py = px - d;
+            while (px > xo && py > yo && x_[px - 1] == y_[py - 1]) {
+                --px;
+                --py;
+            }
+            bd_[d] = px;
+            if (!odd && fmin <= d && d <= fmax && px <= fd_[d])
+                return {px, py, true};
+        }
+
+        work_ += static_cast<std::uint64_t>(fmax - fmin + bmax - bmin) / 2 + 2;
+        if (c < budget_.cutoff || work_ <= budget_.total)
+            continue;
+
+        // Out of budget: take the point, forward or backward, that got
+        // furthest from its own corner.
+        int bestF = -1, fx = xo, fy = yo;
+        for (int d = fmax; d >= fmin; d -= 2) {
+            int px = std::min(fd_[d], xl);
+            int py = px - d;
+            if (py > yl) {
+                px = yl + d;
+                py = yl;
+            }
+            if (px < xo || py < yo)
+                continue;
+            int v = (px - xo) + (py - yo);
+            if (v > bestF) {
+                bestF = v;
+                fx = px;
+                fy = py;
+            }
+        }
+        int bestB = -1, bx = xl, by = yl;
+        for (int d = bmax; d >= bmin; d -= 2) {
+            int px = std::max(bd_[d], xo);
+            int py = px - d;
+            if (py < yo) {
+                px = yo + d;
+                py = yo;
+            }
+            if (px > xl || py > yl)
+                continue;
+            int v = (xl - px) + (yl - py);
+            if (v > bestB) {
+                bestB = v;
+                bx = px;
+                by = py;
+            }
+        }
+        if (bestF >= bestB)
+            return {fx, fy, false};
+        return {bx, by, false};
+    }
+}
+
+// Splits a range on the longest common subsequence of the elements that
+// occur exactly once in it on each side. False when that gives nothing
+// worth having, so the caller splits some other way.
+bool Matcher::splitOnAnchors(const Range& r)
+{
+    if (countX_.empty()) {
+        countX_.assign(idCount_, 0);
+        countY_.assign(idCount_, 0);
+        posY_.assign(idCount_, 0);
+    }
+    for (int i = r.xo; i < r.xl; ++i)
+        ++countX_[x_[i]];
+    for (int j = r.yo; j < r.yl; ++j) {
+        ++countY_[y_[j]];
+        posY_[y_[j]] = static_cast<std::uint32_t>(j);
+    }
+    // Candidates in x order, with their place on the y side.
+    std::vector<std::pair<int, int>> cand;
+    for (int i = r.xo; i < r.xl; ++i) {
+        std::uint32_t id = x_[i];
+        if (countX_[id] == 1 && countY_[id] == 1)
+            cand.emplace_back(i, static_cast<int>(posY_[id]));
+    }
+    for (int i = r.xo; i < r.xl; ++i)
+        countX_[x_[i]] = 0;
+    for (int j = r.yo; j < r.yl; ++j)
+        countY_[y_[j]] = 0;
+    if (cand.empty())
+        return false;
+
+    // Longest increasing run of y places, by patience sorting.
+    std::vector<int> tails;       // index into cand of the smallest tail per length
+    std::vector<int> prev(cand.size(), -1);
+    for (int k = 0; k < static_cast<int>(cand.size()); ++k) {
+        int yk = cand[k].second;
+        auto it = std::lower_bound(tails.begin(), tails.end(), yk,
+                                   [&](int idx, int v) { return cand[idx].second < v; });
+        if (it != tails.begin())
+            prev[k] = *(it - 1);
+        if (it == tails.end())
+            tails.push_back(k);
+        else
+            *it = k;
+    }
+    std::vector<int> chain;
+    for (int k = tails.back(); k >= 0; k = prev[k])
+        chain.push_back(k);
+    std::reverse(chain.begin(), chain.end());
+
+    // Gaps between anchors become ranges of their own. A split that leaves
+    // almost all of the range in one gap gains too little to be worth
+    // another round of search.
+    std::vector<Range> gaps;
+    int px = r.xo, py = r.yo;
+    long largest = 0;
+    for (int k : chain) {
+        int ax = cand[k].first, ay = cand[k].second;
+        gaps.push_back({px, ax, py, ay});
+        largest = std::max<long>(largest, (ax - px) + (ay - py));
+        px = ax + 1;
+        py = ay + 1;
+    }
+    gaps.push_back({px, r.xl, py, r.yl});
+    largest = std::max<long>(largest, (r.xl - px) + (r.yl - py));
+    long whole = (r.xl - r.xo) + (r.yl - r.yo);
+    if (largest * 10 > whole * 9)
+        return false;
+    for (const Range& g : gaps)
+        stack_.push_back(g);
+    return true;
+}
+
+} // namespace
+
+void matchSequences(const std::uint32_t* x, std::size_t n, const std::uint32_t* y, std::size_t m,
+                    std::uint32_t idCount, const MatchBudget& budget, std::uint8_t* cx,
+                    std::uint8_t* cy)
+{
+    std::fill(cx, cx + n, std::uint8_t(0));
+    std::fill(cy, cy + m, std::uint8_t(0));
+    if (n == 0 && m == 0)
+        return;
+    Matcher mt(x, static_cast<int>(n), y, static_cast<int>(m), idCount, budget, cx, cy);
+    mt.run();
+}
+
+void matchWithinHorizon(const std::uint32_t* x, std::size_t n, const std::uint32_t* y,
+                        std::size_t m, std::uint32_t idCount, std::size_t horizon,
+                        std::uint8_t* cx, std::uint8_t* cy)
+{
+    std::fill(cx, cx + n, std::uint8_t(0));
+    std::fill(cy, cy + m, std::uint8_t(0));
+    if (horizon < 1)
+        horizon = 1;
+    horizon = std::min(horizon, std::max(n, m));
+
+    // Where each id occurs on the y side, in order, with a cursor per id
+    // that only moves forward as the walk does.
+    std::vector<std::uint32_t> start(static_cast<std::size_t>(idCount) + 1, 0);
+    for (std::size_t j = 0; j < m; ++j)
+        ++start[y[j] + 1];
+    for (std::size_t k = 0; k < idCount; ++k)
+        start[k + 1] += start[k];
+    std::vector<std::uint32_t> places(m);
+    {
+        std::vector<std::uint32_t> fill(start.begin(), start.end() - 1);
+        for (std::size_t j = 0; j < m; ++j)
+            places[fill[y[j]]++] = static_cast<std::uint32_t>(j);
+    }
+    std::vector<std::uint32_t> cursor(start.begin(), start.end() - 1);
+
+    // First place of `id` on the y side at or after j, or m.
+    auto nextPlace = [&](std::uint32_t id, std::size_t j) -> std::size_t {
+        std::uint32_t& c = cursor[id];
+        const std::uint32_t end = start[id + 1];
+        while (c < end && places[c] < j)
+            ++c;
+        return c < end ? places[c] : m;
+    };
+
+    std::size_t i = 0, j = 0;
+    while (i < n && j < m) {
+        if (x[i] == y[j]) {
+            ++i;
+            ++j;
+            continue;
+        }
+        std::size_t best = SIZE_MAX, bi = 0, bj = 0;
+        for (std::size_t p = i; p < n && p - i <= horizon && p - i < best; ++p) {
+            std::size_t q = nextPlace(x[p], j);
+            if (q < m && q - j <= horizon && (p - i) + (q - j) < best) {
+                best = (p - i) + (q - j);
+                bi = p;
+                bj = q;
+            }
+        }
+        if (best == SIZE_MAX) {
+            cx[i++] = 1;
+            cy[j++] = 1;
+            continue;
+        }
+        std::fill(cx + i, cx + bi, std::uint8_t(1));
+        std::fill(cy + j, cy + bj, std::uint8_t(1));
+        i = bi;
+        j = bj;
+    }
+    std::fill(cx + i, cx + n, std::uint8_t(1));
+    std::fill(cy + j, cy + m, std::uint8_t(1));
+}
+
+} // namespace skeinmatch

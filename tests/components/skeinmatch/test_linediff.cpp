@@ -1,0 +1,287 @@
+// The matching itself: valid records, minimal edits, readable placement,
+// and the fallbacks that keep large or very different inputs cheap.
+
+#include "diffcheck.h"
+
+#include "components/skeinmatch/SequenceMatch.h"
+
+#include <random>
+
+using namespace diffcheck;
+using skeinmatch::DiffOptions;
+
+namespace {
+
+std::vector<std::string> randomLines(std::mt19937& rng, int maxLen, int alphabet)
+{
+    std::uniform_int_distribution<int> len(0, maxLen), sym(0, alphabet - 1);
+    std::vector<std::string> v(static_cast<std::size_t>(len(rng)));
+    for (auto& s : v)
+        s = std::string(1, char('a' + sym(rng)));
+    return v;
+}
+
+// A copy of `a` with a few random edits, so pairs look like real revisions.
+std::vector<std::string> mutate(std::mt19937& rng, std::vector<std::string> a, int alphabet)
+{
+    std::uniform_int_distribution<int> edits(1, 4), sym(0, alphabet - 1), what(0, 2);
+    int n = edits(rng);
+    for (int e = 0; e < n; ++e) {
+        std::size_t pos = a.empty() ? 0 : rng() % (a.size() + 1);
+        int w = what(rng);
+        if (w == 0 || a.empty())
+            a.insert(a.begin() + static_cast<long>(pos), std::string(1, char('a' + sym(rng))));
+        else if (pos < a.size() && w == 1)
+            a.erase(a.begin() + static_cast<long>(pos));
+        else if (pos < a.size())
+            a[pos] = std::string(1, char('a' + sym(rng)));
+    }
+    return a;
+}
+
+void expectValid(const std::vector<std::string>& a, const std::vector<std::string>& b,
+                 const std::vector<DiffRecord>& recs)
+{
+    ASSERT_TRUE(recordsWellFormed(recs, static_cast<int>(a.size()), static_cast<int>(b.size())));
+    ASSERT_EQ(applyRecords(a, b, recs), b);
+}
+
+} // namespace
+
+TEST(LineDiffMinimal, RandomPairsMatchBruteForce)
+{
+    std::mt19937 rng(12345);
+    for (int round = 0; round < 3000; ++round) {
+        int alphabet = 2 + round % 6;
+        auto a = randomLines(rng, 24, alphabet);
+        auto b = round % 2 ? mutate(rng, a, alphabet) : randomLines(rng, 24, alphabet);
+        auto recs = diffTexts(joinLines(a), joinLines(b));
+        SCOPED_TRACE("round " + std::to_string(round));
+        expectValid(a, b, recs);
+        ASSERT_EQ(changedLines(recs), minimalChangedLines(a, b));
+    }
+}
+
+TEST(LineDiffMinimal, LongerPairsStayMinimal)
+{
+    // Long enough for the search to recurse many times, small enough for the
+    // brute force.
+    std::mt19937 rng(777);
+    for (int round = 0; round < 40; ++round) {
+        std::vector<std::string> a;
+        for (int i = 0; i < 400; ++i)
+            a.push_back("l" + std::to_string(rng() % 40));
+        auto b = a;
+        for (int e = 0; e < 30; ++e) {
+            std::size_t p = rng() % b.size();
+            if (e % 3 == 0)
+                b.erase(b.begin() + static_cast<long>(p));
+            else
+                b.insert(b.begin() + static_cast<long>(p), "l" + std::to_string(rng() % 50));
+        }
+        auto recs = diffTexts(joinLines(a), joinLines(b));
+        expectValid(a, b, recs);
+        ASSERT_EQ(changedLines(recs), minimalChangedLines(a, b)) << "round " << round;
+    }
+}
+
+TEST(LineDiffFallbacks, CutShortSearchStillGivesValidRecords)
+{
+    // With no budget every search stops after one round and the anchor and
+    // furthest-point splits do all the work: still a correct edit, and
+    // never worse than deleting and adding everything.
+    std::mt19937 rng(99);
+    DiffOptions tiny;
+    tiny.forceTinyBudget = true;
+    for (int round = 0; round < 1500; ++round) {
+        int alphabet = 2 + round % 9;
+        auto a = randomLines(rng, 40, alphabet);
+        auto b = round % 3 ? mutate(rng, a, alphabet) : randomLines(rng, 40, alphabet);
+        auto recs = diffTexts(joinLines(a), joinLines(b), tiny);
+        SCOPED_TRACE("round " + std::to_string(round));
+        expectValid(a, b, recs);
+        ASSERT_LE(changedLines(recs), static_cast<long>(a.size() + b.size()));
+    }
+}
+
+TEST(LineDiffFallbacks, AnchorsKeepLargeMovesNearMinimal)
+{
+    // Unique lines shuffled in blocks: a heavy edit where the cut-short
+    // search leans on lines that occur once on each side.
+    std::vector<std::string> a, b;
+    for (int i = 0; i < 3000; ++i)
+        a.push_back("line " + std::to_string(i) + (i % 7 == 0 ? "" : " x"));
+    for (int blk = 0; blk < 30; ++blk) {
+        int from = ((blk * 17) % 30) * 100;
+        for (int i = from; i < from + 100; ++i)
+            b.push_back(a[static_cast<std::size_t>(i)]);
+    }
+    DiffOptions tiny;
+    tiny.forceTinyBudget = true;
+    auto exact = diffTexts(joinLines(a), joinLines(b));
+    auto cut = diffTexts(joinLines(a), joinLines(b), tiny);
+    expectValid(a, b, exact);
+    expectValid(a, b, cut);
+    EXPECT_LE(changedLines(cut), changedLines(exact) * 11 / 10);
+}
+
+TEST(LineDiffFallbacks, FasterModeIsValidAndNearMinimal)
+{
+    std::mt19937 rng(4242);
+    DiffOptions fast;
+    fast.faster = true;
+    for (int round = 0; round < 500; ++round) {
+        auto a = randomLines(rng, 60, 5);
+        auto b = mutate(rng, a, 5);
+        auto recs = diffTexts(joinLines(a), joinLines(b), fast);
+        SCOPED_TRACE("round " + std::to_string(round));
+        expectValid(a, b, recs);
+    }
+    // Two unrelated texts of repeated lines: valid, and all lines accounted.
+    std::vector<std::string> a, b;
+    for (int i = 0; i < 5000; ++i) {
+        a.push_back(std::to_string(rng() % 30));
+        b.push_back(std::to_string(rng() % 30));
+    }
+    auto recs = diffTexts(joinLines(a), joinLines(b), fast);
+    expectValid(a, b, recs);
+}
+
+TEST(LineDiffSequences, DirectMatchMarksOnlyUnmatched)
+{
+    std::vector<std::uint32_t> x{1, 2, 3, 4, 5}, y{1, 3, 4, 6, 5};
+    std::vector<std::uint8_t> cx(x.size()), cy(y.size());
+    skeinmatch::matchSequences(x.data(), x.size(), y.data(), y.size(), 7,
+                               skeinmatch::MatchBudget::unlimited(), cx.data(), cy.data());
+    EXPECT_EQ(cx, (std::vector<std::uint8_t>{0, 1, 0, 0, 0}));
+    EXPECT_EQ(cy, (std::vector<std::uint8_t>{0, 0, 0, 1, 0}));
+}
+
+TEST(LineDiffPlacement, InsertedFunctionStartsAtItsHeader)
+{
+    std::string a = "int a() {\n    return 1;\n}\n\nint c() {\n    return 3;\n}\n";
+    std::string b = "int a() {\n    return 1;\n}\n\nint b() {\n    return 1;\n}\n\nint c() {\n"
+                    "    return 3;\n}\n";
+    auto recs = diffTexts(a, b);
+    ASSERT_EQ(recs.size(), 1u);
+    // Lines 5-8 of the Modified: the header, body, closing brace and blank.
+    EXPECT_EQ(recs[0], (DiffRecord{'a', 4, 4, 5, 8}));
+}
+
+TEST(LineDiffPlacement, InsertedParagraphEndsWithItsBlankLine)
+{
+    std::string a = "First.\n\nThird.\n";
+    std::string b = "First.\n\nSecond.\n\nThird.\n";
+    auto recs = diffTexts(a, b);
+    ASSERT_EQ(recs.size(), 1u);
+    EXPECT_EQ(recs[0], (DiffRecord{'a', 2, 2, 3, 4}));
+}
+
+TEST(LineDiffPlacement, InsertedBlockKeepsClosingBraceInside)
+{
+    std::string a = "if (x) {\n    go();\n}\nend();\n";
+    std::string b = "if (x) {\n    go();\n}\nif (y) {\n    go();\n}\nend();\n";
+    auto recs = diffTexts(a, b);
+    ASSERT_EQ(recs.size(), 1u);
+    EXPECT_EQ(recs[0], (DiffRecord{'a', 3, 3, 4, 6}));
+}
+
+TEST(LineDiffPlacement, DeletionSlidesLevelWithChangeOnOtherSide)
+{
+    // One "q" is gone and "r" became "R". Either "q" may be the lost one;
+    // the lower one makes a single change record instead of two records.
+    auto recs = diffTexts("p\nq\nq\nr\n", "p\nq\nR\n");
+    ASSERT_EQ(recs.size(), 1u);
+    EXPECT_EQ(recs[0], (DiffRecord{'c', 3, 4, 3, 3}));
+}
+
+TEST(LineDiffLargerSections, JoinsRecordsAtMostThreeLinesApart)
+{
+    std::string a = "1\n2\n3\n4\n5\n6\n7\n8\n9\n10\n11\n12\n";
+    // Changes at 2, 6 (three equal lines between) and 11 (four between).
+    std::string b = "1\nB\n3\n4\n5\nF\n7\n8\n9\n10\nK\n12\n";
+    DiffOptions o;
+    auto plain = diffTexts(a, b, o);
+    EXPECT_EQ(plain.size(), 3u);
+    o.largerSections = true;
+    auto joined = diffTexts(a, b, o);
+    ASSERT_EQ(joined.size(), 2u);
+    EXPECT_EQ(joined[0], (DiffRecord{'c', 2, 6, 2, 6}));
+    EXPECT_EQ(joined[1], (DiffRecord{'c', 11, 11, 11, 11}));
+}
+
+TEST(LineDiffLargerSections, JoinedKindsFollowTheirRanges)
+{
+    using skeinmatch::joinNearbyRecords;
+    // Two additions two lines apart become a change over the lines between.
+    auto two = joinNearbyRecords({{'a', 2, 2, 3, 3}, {'a', 4, 4, 6, 7}}, 3);
+    ASSERT_EQ(two.size(), 1u);
+    EXPECT_EQ(two[0], (DiffRecord{'c', 3, 4, 3, 7}));
+    // Two deletions one equal line apart become a change over that line.
+    auto dels = joinNearbyRecords({{'d', 2, 3, 1, 1}, {'d', 5, 5, 2, 2}}, 3);
+    ASSERT_EQ(dels.size(), 1u);
+    EXPECT_EQ(dels[0], (DiffRecord{'c', 2, 5, 2, 2}));
+    // Far apart: untouched.
+    std::vector<DiffRecord> far{{'c', 1, 1, 1, 1}, {'c', 10, 10, 10, 10}};
+    EXPECT_EQ(joinNearbyRecords(far, 3), far);
+}
+
+TEST(LineDiffLargerSections, RandomJoinsStayValid)
+{
+    std::mt19937 rng(5);
+    DiffOptions o;
+    o.largerSections = true;
+    for (int round = 0; round < 800; ++round) {
+        auto a = randomLines(rng, 40, 4);
+        auto b = mutate(rng, mutate(rng, a, 4), 4);
+        auto recs = diffTexts(joinLines(a), joinLines(b), o);
+        SCOPED_TRACE("round " + std::to_string(round));
+        expectValid(a, b, recs);
+        for (std::size_t i = 1; i < recs.size(); ++i) {
+            int gapA = recs[i].leftFirst - (recs[i - 1].kind == 'a' ? recs[i - 1].leftFirst + 1
+                                                                    : recs[i - 1].leftLast + 1);
+            int gapB = recs[i].rightFirst - (recs[i - 1].kind == 'd' ? recs[i - 1].rightFirst + 1
+                                                                     : recs[i - 1].rightLast + 1);
+            if (recs[i].kind == 'a')
+                gapA += 1;
+            if (recs[i].kind == 'd')
+                gapB += 1;
+            ASSERT_TRUE(gapA > 3 || gapB > 3) << "records " << i - 1 << " and " << i;
+        }
+    }
+}
+
+TEST(LineDiffHorizon, FindsCounterpartsOnlyWithinTheBracket)
+{
+    // Lines 2-4 moved to the end. A bracket of 3 reaches the resumed match
+    // at "5" and finds the minimal edit; a bracket of 2 does not, and every
+    // line after the first is paired off as changed.
+    std::string a = "1\n2\n3\n4\n5\n6\n7\n8\n";
+    std::string b = "1\n5\n6\n7\n8\n2\n3\n4\n";
+    DiffOptions o;
+    EXPECT_EQ(changedLines(diffTexts(a, b, o)), 6);
+    o.useHorizon = true;
+    o.horizon = 3;
+    auto wide = diffTexts(a, b, o);
+    expectValid(splitLines(a), splitLines(b), wide);
+    EXPECT_EQ(changedLines(wide), 6);
+    o.horizon = 2;
+    auto narrow = diffTexts(a, b, o);
+    expectValid(splitLines(a), splitLines(b), narrow);
+    EXPECT_EQ(changedLines(narrow), 14);
+}
+
+TEST(LineDiffHorizon, RandomPairsStayValidForEveryBracket)
+{
+    std::mt19937 rng(31337);
+    DiffOptions o;
+    o.useHorizon = true;
+    for (int round = 0; round < 1200; ++round) {
+        o.horizon = 1 + round % 7;
+        auto a = randomLines(rng, 30, 4);
+        auto b = round % 2 ? mutate(rng, a, 4) : randomLines(rng, 30, 4);
+        auto recs = diffTexts(joinLines(a), joinLines(b), o);
+        SCOPED_TRACE("round " + std::to_string(round));
+        expectValid(a, b, recs);
+    }
+}
