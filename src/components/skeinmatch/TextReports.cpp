@@ -1,0 +1,228 @@
+// The plain text report (a unified diff that patch can apply to the
+// Original) and the comma delimited one (one row per record).
+
+#include "components/skeinmatch/ReportWriters.h"
+
+#include <algorithm>
+
+namespace skeinmatch {
+
+namespace {
+
+constexpr long contextLines = 3;
+
+std::string stamp(std::time_t t)
+{
+    std::tm tm{};
+    localtime_r(&t, &tm);
+    char buf[64];
+    std::strftime(buf, sizeof buf, "%Y-%m-%d %H:%M:%S.000000000 %z", &tm);
+    return buf;
+}
+
+// "start,count" of a hunk header, start 1-based; an empty range names the
+// line before it.
+void hunkRange(ReportOut& out, long begin, long count)
+{
+    if (count == 0) {
+        out.number(begin);
+        out.put(",0");
+        return;
+    }
+    out.number(begin + 1);
+    if (count != 1) {
+        out.put(',');
+        out.number(count);
+    }
+}
+
+void diffLine(ReportOut& out, const LineText& t, long index, char mark)
+{
+    out.put(mark);
+    out.put(t.rawLine(static_cast<std::size_t>(index)));
+    out.put('\n');
+    if (!t.hasLineEnd(static_cast<std::size_t>(index)))
+        out.put("\\ No newline at end of file\n");
+}
+
+void csvField(ReportOut& out, std::string_view s)
+{
+    if (s.find_first_of(",\"\r\n") == std::string_view::npos) {
+        out.put(s);
+        return;
+    }
+    out.put('"');
+    for (char c : s) {
+        if (c == '"')
+            out.put('"');
+        out.put(c);
+    }
+    out.put('"');
+}
+
+std::string joinedLines(const LineText& t, long begin, long end)
+{
+    std::string s;
+    for (long i = begin; i < end; ++i) {
+        if (i > begin)
+            s += "\r\n";
+        s += t.line(static_cast<std::size_t>(i));
+    }
+    return s;
+}
+
+// The compare takes a missing line end behind the last line as no
+// difference, but patch has to be told. When the last line of one side has
+// no line end and stands as an equal line beside a line that has one, the
+// pair goes in as a change (joined to a record that it touches).
+void showFinalLineEnds(std::vector<RecordSpan>& spans, const LineText& a, const LineText& b)
+{
+    const long totalA = static_cast<long>(a.lineCount());
+    const long totalB = static_cast<long>(b.lineCount());
+    for (bool sideB : {true, false}) {
+        const LineText& t = sideB ? b : a;
+        const LineText& o = sideB ? a : b;
+        const long total = sideB ? totalB : totalA;
+        const long otherTotal = sideB ? totalA : totalB;
+        if (total == 0 || t.hasLineEnd(static_cast<std::size_t>(total - 1)))
+            continue;
+        const long last = total - 1;
+        std::size_t k = spans.size();
+        while (k > 0 && (sideB ? spans[k - 1].bEnd : spans[k - 1].aEnd) > last)
+            --k;
+        if (k < spans.size() && (sideB ? spans[k].bBegin : spans[k].aBegin) <= last)
+            continue;  // inside a record, which marks it itself
+        const long pa = k ? spans[k - 1].aEnd : 0, pb = k ? spans[k - 1].bEnd : 0;
+        const long partner = (sideB ? pa : pb) + (last - (sideB ? pb : pa));
+        if (partner >= otherTotal || !o.hasLineEnd(static_cast<std::size_t>(partner)))
+            continue;
+        RecordSpan add = sideB ? RecordSpan{partner, partner + 1, last, last + 1}
+                               : RecordSpan{last, last + 1, partner, partner + 1};
+        spans.insert(spans.begin() + static_cast<long>(k), add);
+        auto touches = [](const RecordSpan& x, const RecordSpan& y) {
+            return y.aBegin == x.aEnd && y.bBegin == x.bEnd;
+        };
+        if (k + 1 < spans.size() && touches(spans[k], spans[k + 1])) {
+            spans[k].aEnd = spans[k + 1].aEnd;
+            spans[k].bEnd = spans[k + 1].bEnd;
+            spans.erase(spans.begin() + static_cast<long>(k) + 1);
+        }
+        if (k > 0 && touches(spans[k - 1], spans[k])) {
+            spans[k - 1].aEnd = spans[k].aEnd;
+            spans[k - 1].bEnd = spans[k].bEnd;
+            spans.erase(spans.begin() + static_cast<long>(k));
+        }
+    }
+}
+
+} // namespace
+
+bool writeUnifiedReport(ReportOut& out, const ReportInput& in)
+{
+    const LineText& a = *in.original;
+    const LineText& b = *in.modified;
+    const auto& recs = *in.records;
+    const long totalA = static_cast<long>(a.lineCount());
+    const long totalB = static_cast<long>(b.lineCount());
+
+    // Text before the first "---" line is ignored by patch.
+    out.put(oneLine(in.reportTitle));
+    out.put('\n');
+    out.put("--- ");
+    out.put(oneLine(in.masterTitle));
+    out.put('\t');
+    out.put(stamp(in.originalTime));
+    out.put("\n+++ ");
+    out.put(oneLine(in.sourceTitle));
+    out.put('\t');
+    out.put(stamp(in.modifiedTime));
+    out.put('\n');
+
+    std::vector<RecordSpan> spans;
+    spans.reserve(recs.size() + 1);
+    for (const DiffRecord& r : recs)
+        spans.push_back(spanOf(r));
+    showFinalLineEnds(spans, a, b);
+
+    std::size_t k = 0;
+    while (k < spans.size()) {
+        // Records whose context would touch share a hunk.
+        std::size_t m = k;
+        while (m + 1 < spans.size()
+               && (spans[m + 1].aBegin - spans[m].aEnd <= 2 * contextLines
+                   || spans[m + 1].bBegin - spans[m].bEnd <= 2 * contextLines))
+            ++m;
+        const long prevA = k > 0 ? spans[k - 1].aEnd : 0;
+        const long prevB = k > 0 ? spans[k - 1].bEnd : 0;
+        const long nextA = m + 1 < spans.size() ? spans[m + 1].aBegin : totalA;
+        const long nextB = m + 1 < spans.size() ? spans[m + 1].bBegin : totalB;
+        const long lead = std::min({contextLines, spans[k].aBegin - prevA, spans[k].bBegin - prevB});
+        const long trail = std::min({contextLines, nextA - spans[m].aEnd, nextB - spans[m].bEnd});
+        const long aStart = spans[k].aBegin - lead;
+        const long bStart = spans[k].bBegin - lead;
+        const long aStop = spans[m].aEnd + trail;
+
+        long context = 0, added = 0;
+        {
+            long pos = aStart;
+            for (std::size_t r = k; r <= m; ++r) {
+                context += spans[r].aBegin - pos;
+                added += spans[r].bEnd - spans[r].bBegin;
+                pos = spans[r].aEnd;
+            }
+            context += aStop - pos;
+        }
+        out.put("@@ -");
+        hunkRange(out, aStart, aStop - aStart);
+        out.put(" +");
+        hunkRange(out, bStart, context + added);
+        out.put(" @@\n");
+
+        long pos = aStart;
+        for (std::size_t r = k; r <= m; ++r) {
+            for (; pos < spans[r].aBegin; ++pos)
+                diffLine(out, a, pos, ' ');
+            for (long i = spans[r].aBegin; i < spans[r].aEnd; ++i)
+                diffLine(out, a, i, '-');
+            for (long i = spans[r].bBegin; i < spans[r].bEnd; ++i)
+                diffLine(out, b, i, '+');
+            pos = spans[r].aEnd;
+        }
+        for (; pos < aStop; ++pos)
+            diffLine(out, a, pos, ' ');
+        k = m + 1;
+    }
+    return true;
+}
+
+bool writeCsvReport(ReportOut& out, const ReportInput& in)
+{
+    const LineText& a = *in.original;
+    const LineText& b = *in.modified;
+    out.put("Number,Kind,Original First,Original Last,Modified First,Modified Last,");
+    csvField(out, "Original: " + oneLine(in.masterTitle));
+    out.put(',');
+    csvField(out, "Modified: " + oneLine(in.sourceTitle));
+    out.put("\r\n");
+    long n = 0;
+    for (const DiffRecord& r : *in.records) {
+        RecordSpan s = spanOf(r);
+        out.number(++n);
+        out.put(r.kind == kindAddition ? ",Addition," : r.kind == kindDeletion ? ",Deletion," : ",Change,");
+        out.number(r.leftFirst);
+        out.put(',');
+        out.number(r.leftLast);
+        out.put(',');
+        out.number(r.rightFirst);
+        out.put(',');
+        out.number(r.rightLast);
+        out.put(',');
+        csvField(out, joinedLines(a, s.aBegin, s.aEnd));
+        out.put(',');
+        csvField(out, joinedLines(b, s.bBegin, s.bEnd));
+        out.put("\r\n");
+    }
+    return true;
+}
+
+} // namespace skeinmatch
