@@ -59,6 +59,12 @@ struct RecordSpan {
     long aBegin, aEnd, bBegin, bEnd;
 };
 RecordSpan spanOf(const DiffRecord& r);
+DiffRecord recordOf(const RecordSpan& s);
+
+// The compare takes a missing line end behind the last line as no
+// difference; a patch must carry it. Adds the change that says so where
+// only one side lacks it.
+void showFinalLineEnds(std::vector<RecordSpan>& spans, const LineText& a, const LineText& b);
 
 // A title fit for one line: line ends become blanks.
 std::string oneLine(std::string_view s);
