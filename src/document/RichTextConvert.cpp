@@ -2,9 +2,18 @@
 
 #include "document/ColorRef.h"
 
+#include <QHash>
 #include <QTextBlock>
 #include <QTextCursor>
 #include <QTextDocument>
+
+namespace lexiform {
+size_t qHash(const CharFormat& f, size_t seed = 0)
+{
+    return qHashMulti(seed, f.bold, f.italic, f.underline, f.strike, f.foreColor.value_or(0x1000000),
+                      f.backColor.value_or(0x1000000), f.fontName, f.fontSize);
+}
+} // namespace lexiform
 
 namespace tv {
 
@@ -55,6 +64,11 @@ lexiform::CharFormat fromQtFormat(const QTextCharFormat& q)
 
 void insertModel(QTextCursor& cursor, const lexiform::Document& doc)
 {
+    // One edit block: the document settles once, not after every run.
+    cursor.beginEditBlock();
+    // Runs repeat a handful of formats; converting each once saves most of
+    // the cost of inserting a run.
+    QHash<lexiform::CharFormat, QTextCharFormat> formats;
     bool first = true;
     for (const lexiform::Paragraph& para : doc.paragraphs) {
         if (!first)
@@ -69,9 +83,13 @@ void insertModel(QTextCursor& cursor, const lexiform::Document& doc)
             for (QChar& c : text)
                 if (c == u'\n' || c == u'\r' || c == QChar::ParagraphSeparator)
                     c = QChar::LineSeparator;
-            cursor.insertText(text, toQtFormat(run.format));
+            auto it = formats.constFind(run.format);
+            if (it == formats.constEnd())
+                it = formats.insert(run.format, toQtFormat(run.format));
+            cursor.insertText(text, *it);
         }
     }
+    cursor.endEditBlock();
 }
 
 lexiform::Document modelOfRange(const QTextDocument& doc, int from, int to)
