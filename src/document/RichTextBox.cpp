@@ -293,6 +293,10 @@ RichTextBox::FileError RichTextBox::LoadFile(const QString& path, int fileType)
     if (!info.exists())
         return {53, tr("File not found")};
     QFile file(path);
+    // Only a transient failure earns the caller's retry loop; a file we may
+    // not read will not become readable by waiting, so it fails at once.
+    if (!info.isDir() && !info.isReadable())
+        return {70, tr("Permission denied")};
     if (info.isDir() || !file.open(QIODevice::ReadOnly))
         return {75, tr("Path/File access error")};
     const QByteArray bytes = file.readAll();

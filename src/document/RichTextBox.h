@@ -34,7 +34,7 @@ class RichTextBox : public QObject {
 public:
     // The numbered errors of LoadFile and SaveFile.
     struct FileError {
-        int number = 0;  // 0: none; 53 file not found; 75 path/file access error
+        int number = 0;  // 0: none; 53 file not found; 70 permission denied; 75 path/file access error
         QString description;
         explicit operator bool() const { return number != 0; }
     };

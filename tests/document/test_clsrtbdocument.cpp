@@ -1,3 +1,5 @@
+#include <sys/stat.h>
+#include <unistd.h>
 #include "document/ClsAPIHighlight.h"
 #include "document/ColorRef.h"
 #include "document/clsRTBDocument.h"
@@ -227,6 +229,22 @@ TEST_F(DocumentTest, CaretRoutines)
     box.setSelStart(1);
     doc.ScrollRTB(true);
     EXPECT_EQ(selection(), std::make_pair(0, 0));
+}
+
+TEST_F(DocumentTest, LoadFileDoesNotWaitForAFileItMayNotRead)
+{
+    if (geteuid() == 0)
+        GTEST_SKIP() << "root reads every file";
+    tvtest::TempDir dir;
+    const std::string path = dir.file("secret.txt");
+    tvtest::writeFile(path, "private");
+    ::chmod(path.c_str(), 0);
+    clsRTBDocument doc(&box);
+    box.setText("kept");
+    doc.LoadFile(QString::fromStdString(path));
+    EXPECT_TRUE(waits.empty());
+    EXPECT_EQ(messages, QStringList{"(70) Permission denied"});
+    EXPECT_EQ(box.Text(), QStringLiteral("kept"));
 }
 
 TEST_F(DocumentTest, LoadFileWaitsForAFileItCannotOpenYet)

@@ -1,5 +1,8 @@
 #include "components/lexiform/CsvProcessing.h"
 
+#include "components/lexiform/RtfReader.h"
+#include "components/lexiform/RtfWriter.h"
+
 #include <QStringDecoder>
 #include <QStringEncoder>
 
@@ -129,7 +132,16 @@ namespace lexiform {
 
 QByteArray removeBlankLinesFromDocument(const QByteArray& bytes)
 {
-    return removeBlankLines(bytes);
+    if (!looksLikeRtf(bytes))
+        return removeBlankLines(bytes);
+    // Rich text: a blank line is a paragraph with nothing but blanks in it.
+    Document doc = readRtf(bytes);
+    std::vector<Paragraph> kept;
+    for (Paragraph& p : doc.paragraphs)
+        if (!p.text().trimmed().isEmpty())
+            kept.push_back(std::move(p));
+    doc.paragraphs = std::move(kept);
+    return writeRtf(doc);
 }
 
 } // namespace lexiform

@@ -9,6 +9,7 @@
 // viewer, from one thread.
 
 #include "components/lexiform/LexiformResult.h"
+#include "components/lexiform/RichTextModel.h"
 
 #include <QString>
 #include <QStringList>
@@ -50,6 +51,9 @@ public:
 
     // The files the last spreadsheet conversion left for SpecialProcessing.
     QStringList lastSpreadsheetFiles() const;
+
+    // The document model of any file ConvertDocument reads; Ok or a result code.
+    int readDocument(const QString& source, Document& doc);
 
 private:
     struct Piece {

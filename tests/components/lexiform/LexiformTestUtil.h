@@ -34,3 +34,32 @@ std::vector<std::string> normalisedLines(const std::string& text);
 } // namespace lexiformtest
 
 #include "support/qstring_print.h"
+
+#include "components/lexiform/RichTextModel.h"
+
+namespace lexiform {
+
+// Paragraphs and runs with their formats, for failure messages.
+inline void PrintTo(const Document& d, std::ostream* os)
+{
+    for (const Paragraph& p : d.paragraphs) {
+        *os << "\n  [";
+        for (const Run& r : p.runs) {
+            const CharFormat& f = r.format;
+            *os << "{\"" << r.text.toStdString() << "\" " << (f.bold ? "b" : "") << (f.italic ? "i" : "")
+                << (f.underline ? "u" : "") << (f.strike ? "s" : "");
+            if (f.foreColor)
+                *os << " fg=" << std::hex << *f.foreColor << std::dec;
+            if (f.backColor)
+                *os << " bg=" << std::hex << *f.backColor << std::dec;
+            if (!f.fontName.isEmpty())
+                *os << " font=" << f.fontName.toStdString();
+            if (f.fontSize > 0)
+                *os << " size=" << f.fontSize;
+            *os << "}";
+        }
+        *os << "]";
+    }
+}
+
+} // namespace lexiform
