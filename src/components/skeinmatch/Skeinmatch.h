@@ -107,6 +107,9 @@ public:
     const std::string& loadError() const { return loadError_; }
 
     const std::vector<skeinmatch::DiffRecord>& records() const { return records_; }
+    // The records as a patch needs them: where only one file lacks the line
+    // end behind its last line, the last lines count as changed.
+    std::vector<skeinmatch::DiffRecord> patchRecords() const;
     const skeinmatch::LineText& originalText() const { return original_; }
     const skeinmatch::LineText& modifiedText() const { return modified_; }
 

@@ -1,0 +1,76 @@
+#pragma once
+// Internal: the three report writers behind Skeinmatch::CreateFileReport.
+// Each writes from the texts and records that the engine holds.
+
+#include "components/skeinmatch/LineDiff.h"
+#include "components/skeinmatch/LineText.h"
+
+#include <cstdio>
+#include <ctime>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace skeinmatch {
+
+struct ReportInput {
+    const LineText* original = nullptr;
+    const LineText* modified = nullptr;
+    const std::vector<DiffRecord>* records = nullptr;
+    std::string reportTitle;
+    std::string masterTitle;
+    std::string sourceTitle;
+    std::time_t originalTime = 0;
+    std::time_t modifiedTime = 0;
+    std::time_t created = 0;
+};
+
+// Buffered output to a file that remembers whether any write failed.
+class ReportOut {
+public:
+    explicit ReportOut(std::FILE* f) : f_(f) {}
+    ~ReportOut() { flush(); }
+    void put(std::string_view s)
+    {
+        buf_.append(s);
+        if (buf_.size() >= (1u << 20))
+            flush();
+    }
+    void put(char c) { buf_ += c; }
+    void number(long n) { buf_ += std::to_string(n); }
+    bool flush()
+    {
+        if (!buf_.empty() && std::fwrite(buf_.data(), 1, buf_.size(), f_) != buf_.size())
+            failed_ = true;
+        buf_.clear();
+        return !failed_;
+    }
+    bool ok() { return flush() && !std::ferror(f_); }
+
+private:
+    std::FILE* f_;
+    std::string buf_;
+    bool failed_ = false;
+};
+
+// A record as half-open spans of 0-based lines: an addition's left span is
+// empty and sits behind its anchor line, a deletion's right span likewise.
+struct RecordSpan {
+    long aBegin, aEnd, bBegin, bEnd;
+};
+RecordSpan spanOf(const DiffRecord& r);
+DiffRecord recordOf(const RecordSpan& s);
+
+// The compare takes a missing line end behind the last line as no
+// difference; a patch must carry it. Adds the change that says so where
+// only one side lacks it.
+void showFinalLineEnds(std::vector<RecordSpan>& spans, const LineText& a, const LineText& b);
+
+// A title fit for one line: line ends become blanks.
+std::string oneLine(std::string_view s);
+
+bool writeHtmlReport(ReportOut& out, const ReportInput& in, bool sideBySide);
+bool writeUnifiedReport(ReportOut& out, const ReportInput& in);
+bool writeCsvReport(ReportOut& out, const ReportInput& in);
+
+} // namespace skeinmatch
