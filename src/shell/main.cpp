@@ -3,6 +3,7 @@
 // bad arguments as a batch run would, and answers --help and --version.
 
 #include "shell/DesktopSeams.h"
+#include "shell/Resources.h"
 #include "shell/core/modGlobal.h"
 #include "shell/core/modParseCommandLine.h"
 
@@ -36,6 +37,7 @@ int main(int argc, char** argv)
         qputenv("QT_QPA_PLATFORM", "offscreen");
 
     QApplication app(argc, argv);
+    InitProgramResources();
     QCoreApplication::setOrganizationName(QStringLiteral("Tallyvane"));
     QCoreApplication::setApplicationName(QStringLiteral("Tallyvane"));
     InstallDesktopSeams(hasDisplay);
