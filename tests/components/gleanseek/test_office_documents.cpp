@@ -78,10 +78,10 @@ TEST(OfficeDocuments, WordProcessorFilesAndPdfAreSearchedInTheirText)
     Folder f(files);
     Errors errors;
     Gleanseek g;
-    g.SetEvents(&errors);
-    g.SearchFolder(f.tmp.path());
-    g.SearchText("wh-2024-117");
-    g.SupportOfficeDocs(true);
+    g.setEvents(&errors);
+    g.setSearchFolder(f.tmp.path());
+    g.setSearchText("wh-2024-117");
+    g.setSupportOfficeDocs(true);
     runSearch(g);
     std::map<std::string, Hit> byFile;
     Hit h;
@@ -105,7 +105,7 @@ TEST(OfficeDocuments, WordProcessorFilesAndPdfAreSearchedInTheirText)
 
     // Without the option the same files give nothing: zipped, compressed or
     // binary, the phrase is not in their bytes.
-    g.SupportOfficeDocs(false);
+    g.setSupportOfficeDocs(false);
     runSearch(g);
     for (std::int32_t i = 0; g.GetHit(i, h); ++i)
         EXPECT_EQ(fs::path(h.sFile).extension(), ".rtf");
@@ -115,9 +115,9 @@ TEST(OfficeDocuments, WorkbooksAreSearchedRowByRow)
 {
     Folder f({"book-original.xlsx", "book-original.ods", "book-original.xls"});
     Gleanseek g;
-    g.SearchFolder(f.tmp.path());
-    g.SearchText("café lumière");
-    g.SupportOfficeDocs(true);
+    g.setSearchFolder(f.tmp.path());
+    g.setSearchText("café lumière");
+    g.setSupportOfficeDocs(true);
     runSearch(g);
     ASSERT_EQ(g.HitCount(), 3);
     Hit h;
@@ -139,10 +139,10 @@ TEST(OfficeDocuments, UnreadableDocumentsAreReportedAndSkipped)
     tvtest::writeFile(f.tmp.file("fake.docx"), std::string("PK\x03\x04 a broken package, WH-2024-117"));
     Errors errors;
     Gleanseek g;
-    g.SetEvents(&errors);
-    g.SearchFolder(f.tmp.path());
-    g.SearchText("WH-2024-117");
-    g.SupportOfficeDocs(true);
+    g.setEvents(&errors);
+    g.setSearchFolder(f.tmp.path());
+    g.setSearchText("WH-2024-117");
+    g.setSupportOfficeDocs(true);
     runSearch(g);
     EXPECT_EQ(g.HitCount(), 0);
     std::sort(errors.list.begin(), errors.list.end());
