@@ -22,7 +22,7 @@ Gleanseek::~Gleanseek()
         std::lock_guard lock(settingsMutex_);                                                      \
         return settings_.member;                                                                   \
     }                                                                                              \
-    void Gleanseek::Name(In value)                                                                 \
+    void Gleanseek::set##Name(In value)                                                                 \
     {                                                                                              \
         std::lock_guard lock(settingsMutex_);                                                      \
         settings_.member = value;                                                                  \
@@ -39,13 +39,13 @@ TV_PROPERTY(SearchText, searchText, std::string, const std::string&)
 TV_PROPERTY(EngineMode, engineMode, std::int32_t, std::int32_t)
 #undef TV_PROPERTY
 
-void Gleanseek::SetEvents(GleanseekEvents* events)
+void Gleanseek::setEvents(GleanseekEvents* events)
 {
     std::lock_guard lock(eventsMutex_);
     events_ = events;
 }
 
-void Gleanseek::SetDocumentTextSource(std::shared_ptr<const DocumentTextSource> source)
+void Gleanseek::setDocumentTextSource(std::shared_ptr<const DocumentTextSource> source)
 {
     std::lock_guard lock(settingsMutex_);
     documents_ = std::move(source);

@@ -93,28 +93,28 @@ public:
     bool InProgress() const;
 
     bool CaseSensitive() const;
-    void CaseSensitive(bool on);
+    void setCaseSensitive(bool on);
     bool LookInSubfolders() const;
-    void LookInSubfolders(bool on);
+    void setLookInSubfolders(bool on);
     bool WholeWordOnly() const;
-    void WholeWordOnly(bool on);
+    void setWholeWordOnly(bool on);
     bool RegularExpression() const;
-    void RegularExpression(bool on);
+    void setRegularExpression(bool on);
     bool SupportOfficeDocs() const;
-    void SupportOfficeDocs(bool on);
+    void setSupportOfficeDocs(bool on);
     std::string SearchFolder() const;
-    void SearchFolder(const std::string& folder);
+    void setSearchFolder(const std::string& folder);
     std::string SearchFileTypes() const;
-    void SearchFileTypes(const std::string& patterns);
+    void setSearchFileTypes(const std::string& patterns);
     std::string SearchText() const;
-    void SearchText(const std::string& text);
+    void setSearchText(const std::string& text);
     // Kept for the viewer, which sets 2; it selects nothing.
     std::int32_t EngineMode() const;
-    void EngineMode(std::int32_t mode);
+    void setEngineMode(std::int32_t mode);
 
     // Not owned; must outlive the engine or be replaced by nullptr first.
-    void SetEvents(GleanseekEvents* events);
-    void SetDocumentTextSource(std::shared_ptr<const DocumentTextSource> source);
+    void setEvents(GleanseekEvents* events);
+    void setDocumentTextSource(std::shared_ptr<const DocumentTextSource> source);
 
     void StartSearch();
     void AbortSearch();

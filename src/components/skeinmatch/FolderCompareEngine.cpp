@@ -17,7 +17,7 @@ FolderCompareEngine::~FolderCompareEngine()
 }
 
 #define TV_SETTING(Name, member, Type)                                                             \
-    void FolderCompareEngine::Name(Type value)                                                     \
+    void FolderCompareEngine::set##Name(Type value)                                                     \
     {                                                                                              \
         std::lock_guard lock(settingsMutex_);                                                      \
         settings_.member = value;                                                                  \
@@ -54,7 +54,7 @@ TV_GETTING(ContentCompare, contentCompare, bool)
 TV_GETTING(IgnoreDateDifferences, ignoreDateDifferences, bool)
 #undef TV_GETTING
 
-void FolderCompareEngine::SetEvents(FolderCompareEvents* events)
+void FolderCompareEngine::setEvents(FolderCompareEvents* events)
 {
     std::lock_guard lock(eventsMutex_);
     events_ = events;

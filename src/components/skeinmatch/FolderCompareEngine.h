@@ -77,16 +77,16 @@ public:
     FolderCompareEngine& operator=(const FolderCompareEngine&) = delete;
 
     // Properties, read by value when StartCompare is called.
-    void FolderOriginal(const std::string& path);
-    void FolderModified(const std::string& path);
-    void FileFilter(const std::string& patterns);
-    void ShowOnlyInMaster(bool on);
-    void ShowOnlyInSource(bool on);
-    void ShowSameInBothPlaces(bool on);
-    void ShowDifferentInBothPlaces(bool on);
-    void DoSubDirectories(bool on);
-    void ContentCompare(bool on);
-    void IgnoreDateDifferences(bool on);
+    void setFolderOriginal(const std::string& path);
+    void setFolderModified(const std::string& path);
+    void setFileFilter(const std::string& patterns);
+    void setShowOnlyInMaster(bool on);
+    void setShowOnlyInSource(bool on);
+    void setShowSameInBothPlaces(bool on);
+    void setShowDifferentInBothPlaces(bool on);
+    void setDoSubDirectories(bool on);
+    void setContentCompare(bool on);
+    void setIgnoreDateDifferences(bool on);
 
     std::string FolderOriginal() const;
     std::string FolderModified() const;
@@ -100,7 +100,7 @@ public:
     bool IgnoreDateDifferences() const;
 
     // Not owned; must outlive the engine or be replaced by nullptr first.
-    void SetEvents(FolderCompareEvents* events);
+    void setEvents(FolderCompareEvents* events);
 
     // Returns at once; the walk goes on in the background.
     void StartCompare();

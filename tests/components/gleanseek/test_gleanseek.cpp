@@ -118,32 +118,32 @@ TEST(Gleanseek, RefusesABadRequestWithEveryReasonAtOnce)
     put(tmp.file("a.txt"), "needle\n");
     Events ev;
     Gleanseek g;
-    g.SetEvents(&ev);
-    g.SearchFolder(tmp.path());
-    g.SearchText("needle");
+    g.setEvents(&ev);
+    g.setSearchFolder(tmp.path());
+    g.setSearchText("needle");
     EXPECT_EQ(search(g, tmp.path()), V({"a.txt 1:1 needle"}));
     ev.take();
 
-    g.SearchText("");
-    g.SearchFolder("");
-    g.SearchFileTypes("   ");
+    g.setSearchText("");
+    g.setSearchFolder("");
+    g.setSearchFileTypes("   ");
     g.StartSearch();
     EXPECT_FALSE(g.InProgress());
     EXPECT_EQ(ev.take(), V({"507 Search string is empty", "508 Folder not specified", "509 No file type given:"}));
     EXPECT_EQ(g.HitCount(), 0);  // the earlier hits are gone
 
-    g.SearchText("ab[c");
-    g.RegularExpression(true);
-    g.SearchFolder(tmp.file("missing"));
-    g.SearchFileTypes("*.txt docs/*.doc");
+    g.setSearchText("ab[c");
+    g.setRegularExpression(true);
+    g.setSearchFolder(tmp.file("missing"));
+    g.setSearchFileTypes("*.txt docs/*.doc");
     g.StartSearch();
     EXPECT_EQ(ev.take(), V({"507 Search string is not valid (missing ']'):",
                             "508 Folder does not exist: " + tmp.file("missing"),
                             "509 A file type is a name pattern, not a path:"}));
 
-    g.SearchText("needle");
-    g.SearchFolder(tmp.file("a.txt"));  // a file is not a folder
-    g.SearchFileTypes("*.*");
+    g.setSearchText("needle");
+    g.setSearchFolder(tmp.file("a.txt"));  // a file is not a folder
+    g.setSearchFileTypes("*.*");
     g.StartSearch();
     EXPECT_EQ(ev.take(), V({"508 Folder does not exist: " + tmp.file("a.txt")}));
 }
@@ -163,16 +163,16 @@ TEST(Gleanseek, WalksFilesByNameThenSubfoldersAndKeepsToTheFileTypes)
 
     Events ev;
     Gleanseek g;
-    g.SetEvents(&ev);
-    g.SearchFolder(r + "/");
-    g.SearchText("needle");
-    g.SearchFileTypes("*.txt");
+    g.setEvents(&ev);
+    g.setSearchFolder(r + "/");
+    g.setSearchText("needle");
+    g.setSearchFileTypes("*.txt");
     EXPECT_EQ(search(g, r), V({"A.TXT 1:3 x needle", "b.txt 1:1 needle", "sub/d.txt 2:5 two needle",
                                "sub/deeper/f.txt 1:1 needle", "Sub2/e.txt 1:1 needle"}));
     EXPECT_EQ(ev.take(), V({"started", "completed"}));
 
-    g.LookInSubfolders(false);
-    g.SearchFileTypes("*.LOG   *.txt");
+    g.setLookInSubfolders(false);
+    g.setSearchFileTypes("*.LOG   *.txt");
     EXPECT_EQ(search(g, r), V({"A.TXT 1:3 x needle", "b.txt 1:1 needle", "c.log 1:1 needle"}));
     EXPECT_EQ(g.HitCount(), 3);
 }
@@ -182,20 +182,20 @@ TEST(Gleanseek, OptionsReachTheMatcher)
     tvtest::TempDir tmp;
     put(tmp.file("t.txt"), "Needle\nneedles\n a needle \ncolour\n");
     Gleanseek g;
-    g.SearchFolder(tmp.path());
-    g.SearchText("needle");
+    g.setSearchFolder(tmp.path());
+    g.setSearchText("needle");
     EXPECT_EQ(search(g, tmp.path()).size(), 3u);
-    g.CaseSensitive(true);
+    g.setCaseSensitive(true);
     EXPECT_EQ(search(g, tmp.path()).size(), 2u);
-    g.WholeWordOnly(true);
+    g.setWholeWordOnly(true);
     EXPECT_EQ(search(g, tmp.path()), V({"t.txt 3:4  a needle "}));
-    g.WholeWordOnly(false);
-    g.RegularExpression(true);
-    g.SearchText("colo?r$");
+    g.setWholeWordOnly(false);
+    g.setRegularExpression(true);
+    g.setSearchText("colo?r$");
     EXPECT_EQ(search(g, tmp.path()), V({"t.txt 4:1 colour"}));
     EXPECT_TRUE(g.CaseSensitive());
     EXPECT_TRUE(g.RegularExpression());
-    g.EngineMode(2);
+    g.setEngineMode(2);
     EXPECT_EQ(g.EngineMode(), 2);
 }
 
@@ -215,17 +215,17 @@ TEST(Gleanseek, EncodingsAndBinaryFiles)
     put(r + "/utf8.txt", "un café needle\n");
 
     Gleanseek g;
-    g.SearchFolder(r);
-    g.SearchText("needle");
+    g.setSearchFolder(r);
+    g.setSearchText("needle");
     EXPECT_EQ(search(g, r), V({"bom8.txt 1:1 needle first", "latin.txt 1:9 un café needle",
                                "utf16.txt 2:10 the café needle", "utf8.txt 1:9 un café needle"}));
-    g.SearchText("CAFÉ");
+    g.setSearchText("CAFÉ");
     EXPECT_EQ(search(g, r), V({"latin.txt 1:4 un café needle", "utf16.txt 2:5 the café needle",
                                "utf8.txt 1:4 un café needle"}));
-    g.RegularExpression(true);
-    g.SearchText("^caf? needle");
+    g.setRegularExpression(true);
+    g.setSearchText("^caf? needle");
     EXPECT_EQ(search(g, r), V{});
-    g.SearchText("c?f[éè] n");
+    g.setSearchText("c?f[éè] n");
     EXPECT_EQ(search(g, r).size(), 3u);
 }
 
@@ -244,8 +244,8 @@ TEST(Gleanseek, LargeFilesAreReadInPiecesWithoutLosingLines)
     put(tmp.file("late-binary.txt"), "needle early\n" + big + std::string(1, '\0'));
 
     Gleanseek g;
-    g.SearchFolder(tmp.path());
-    g.SearchText("needle");
+    g.setSearchFolder(tmp.path());
+    g.setSearchText("needle");
     EXPECT_EQ(search(g, tmp.path()), V({"big.txt " + std::to_string(linesBefore + 1) + ":13 here is the needle"}));
 }
 
@@ -267,9 +267,9 @@ TEST(Gleanseek, UnreadableFilesAndFoldersAreReportedAndTheSearchGoesOn)
     const std::string out = tvtest::runUnprivileged([&] {
         Events ev;
         Gleanseek g;
-        g.SetEvents(&ev);
-        g.SearchFolder(r);
-        g.SearchText("needle");
+        g.setEvents(&ev);
+        g.setSearchFolder(r);
+        g.setSearchText("needle");
         std::string s;
         for (const std::string& line : search(g, r))
             s += line + "\n";
@@ -298,15 +298,15 @@ TEST(Gleanseek, DocumentsAreSearchedInTheirTextWhenAsked)
     put(r + "/plain.txt", "a needle\n");
     Events ev;
     Gleanseek g;
-    g.SetEvents(&ev);
-    g.SetDocumentTextSource(std::make_shared<FakeDocuments>());
-    g.SearchFolder(r);
-    g.SearchText("needle");
+    g.setEvents(&ev);
+    g.setDocumentTextSource(std::make_shared<FakeDocuments>());
+    g.setSearchFolder(r);
+    g.setSearchText("needle");
     // Without the option documents are files like others.
     EXPECT_EQ(search(g, r), V({"broken.pdf 1:10 %PDF-1.4 needle in the raw bytes", "plain.txt 1:3 a needle"}));
     ev.take();
 
-    g.SupportOfficeDocs(true);
+    g.setSupportOfficeDocs(true);
     EXPECT_EQ(search(g, r), V({"letter.docx 2:5 the needle is here", "plain.txt 1:3 a needle"}));
     EXPECT_EQ(ev.take(), V({"started", "512 Cannot read the text of " + r + "/broken.pdf: damaged", "completed"}));
 
@@ -342,9 +342,9 @@ TEST(Gleanseek, AbortKeepsTheHitsSoFarAndAddsNoMore)
     BusyFolder f(60);
     Events ev;
     Gleanseek g;
-    g.SetEvents(&ev);
-    g.SearchFolder(f.tmp.path());
-    g.SearchText("needle");
+    g.setEvents(&ev);
+    g.setSearchFolder(f.tmp.path());
+    g.setSearchText("needle");
     // On a busy machine a search may end before the test sees it running;
     // try a few times.
     bool caught = false;
@@ -377,7 +377,7 @@ TEST(Gleanseek, AbortKeepsTheHitsSoFarAndAddsNoMore)
     g.StartSearch();
     while (g.InProgress() && g.HitCount() < 100)
         std::this_thread::yield();
-    g.SearchText("needle 3999");
+    g.setSearchText("needle 3999");
     g.StartSearch();
     ASSERT_TRUE(waitIdle(g));
     EXPECT_EQ(g.HitCount(), 60);
@@ -405,9 +405,9 @@ TEST(Gleanseek, HitsReadDuringTheSearchNeverChange)
         std::atomic<bool>& flag;
         ~LetGo() { flag = true; }
     } letGo{release};
-    g.SetEvents(&ev);
-    g.SearchFolder(f.tmp.path());
-    g.SearchText("needle");
+    g.setEvents(&ev);
+    g.setSearchFolder(f.tmp.path());
+    g.setSearchText("needle");
     g.StartSearch();
     std::vector<Hit> seen;
     Hit h;
@@ -448,8 +448,8 @@ TEST(Gleanseek, OrderDoesNotDependOnWhichWorkerFinishesFirst)
         expected.push_back(name);
     }
     Gleanseek g;
-    g.SearchFolder(tmp.path());
-    g.SearchText("needle");
+    g.setSearchFolder(tmp.path());
+    g.setSearchText("needle");
     g.StartSearch();
     ASSERT_TRUE(waitIdle(g));
     V names;
@@ -466,8 +466,8 @@ TEST(Gleanseek, ReportHasAHeaderAndOneRowPerHit)
     const std::string report = tmp.file("FindTextReport.CSV");
     ASSERT_TRUE(g.WriteReport(report));
     EXPECT_EQ(tvtest::readFile(report), "#\tFile\tLine\tCol\tItem Found\n");
-    g.SearchFolder(tmp.file("in"));
-    g.SearchText("needle");
+    g.setSearchFolder(tmp.file("in"));
+    g.setSearchText("needle");
     search(g, tmp.path());
     ASSERT_TRUE(g.WriteReport(report));
     EXPECT_EQ(tvtest::readFile(report), "#\tFile\tLine\tCol\tItem Found\n"

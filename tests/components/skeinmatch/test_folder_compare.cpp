@@ -5,6 +5,7 @@
 #include "components/skeinmatch/FileNamePattern.h"
 #include "components/skeinmatch/FolderCompareEngine.h"
 #include "components/skeinmatch/FolderWalk.h"
+#include "components/skeinmatch/Skeinmatch.h"
 #include "support/testsupport.h"
 #include "support/unprivileged.h"
 
@@ -136,8 +137,8 @@ struct Trees {
     }
     void setUp(FolderCompareEngine& e) const
     {
-        e.FolderOriginal(o);
-        e.FolderModified(m);
+        e.setFolderOriginal(o);
+        e.setFolderModified(m);
     }
 };
 
@@ -238,27 +239,27 @@ TEST(FolderCompare, ShowOptionsPickRecordsAndFolderHeadingsFollowThem)
     FolderCompareEngine e;
     t.setUp(e);
 
-    e.ShowSameInBothPlaces(false);
+    e.setShowSameInBothPlaces(false);
     EXPECT_EQ(briefs(run(e)), (std::vector<std::string>{"D= orig 000", "F< clash 000", "F= Edited.txt 001",
                                                          "F< gone.txt 000", "F= grown.md -101", "F> new.txt 000",
                                                          "D> clash 000", "D> newDir 000", "D< oldDir 000",
                                                          "D= sub 000", "F= deep.txt 001"}));
 
-    e.ShowSameInBothPlaces(true);
-    e.ShowDifferentInBothPlaces(false);
-    e.ShowOnlyInMaster(false);
-    e.ShowOnlyInSource(false);
+    e.setShowSameInBothPlaces(true);
+    e.setShowDifferentInBothPlaces(false);
+    e.setShowOnlyInMaster(false);
+    e.setShowOnlyInSource(false);
     EXPECT_EQ(briefs(run(e)), (std::vector<std::string>{"D= orig 000", "F= same.txt 000", "D= sub 000",
                                                          "F= keep.bin 000"}));
 
-    e.ShowSameInBothPlaces(false);
-    e.ShowOnlyInMaster(true);
+    e.setShowSameInBothPlaces(false);
+    e.setShowOnlyInMaster(true);
     EXPECT_EQ(briefs(run(e)), (std::vector<std::string>{"D= orig 000", "F< clash 000", "F< gone.txt 000",
                                                          "D< oldDir 000"}));
 
     // Nothing to report: not even the top folder's heading, so a batch run's
     // count is 0 for equal trees.
-    e.ShowOnlyInMaster(false);
+    e.setShowOnlyInMaster(false);
     EXPECT_TRUE(run(e).empty());
     EXPECT_EQ(e.RecordCount(), 0);
 }
@@ -268,14 +269,14 @@ TEST(FolderCompare, FileFilterChoosesFilesButFoldersAreStillWalked)
     Trees t;
     FolderCompareEngine e;
     t.setUp(e);
-    e.FileFilter("*.TXT");
+    e.setFileFilter("*.TXT");
     EXPECT_EQ(briefs(run(e)), (std::vector<std::string>{"D= orig 000", "F= Edited.txt 001", "F< gone.txt 000",
                                                          "F> new.txt 000", "F= same.txt 000", "D> clash 000",
                                                          "D> newDir 000", "D< oldDir 000", "D= sub 000",
                                                          "F= deep.txt 001"}));
-    e.FileFilter("*.bin *.MD");
-    e.ShowOnlyInMaster(false);
-    e.ShowOnlyInSource(false);
+    e.setFileFilter("*.bin *.MD");
+    e.setShowOnlyInMaster(false);
+    e.setShowOnlyInSource(false);
     EXPECT_EQ(briefs(run(e)),
               (std::vector<std::string>{"D= orig 000", "F= grown.md -101", "D= sub 000", "F= keep.bin 000"}));
 }
@@ -285,10 +286,10 @@ TEST(FolderCompare, WithoutContentCompareOnlySizesDecide)
     Trees t;
     FolderCompareEngine e;
     t.setUp(e);
-    e.ContentCompare(false);
-    e.ShowOnlyInMaster(false);
-    e.ShowOnlyInSource(false);
-    e.ShowSameInBothPlaces(false);
+    e.setContentCompare(false);
+    e.setShowOnlyInMaster(false);
+    e.setShowOnlyInSource(false);
+    e.setShowSameInBothPlaces(false);
     // Edited.txt and sub/deep.txt differ in bytes only: unseen without
     // reading; grown.md differs in size.
     EXPECT_EQ(briefs(run(e)), (std::vector<std::string>{"D= orig 000", "F= grown.md -101"}));
@@ -307,15 +308,15 @@ TEST(FolderCompare, DatesFollowTheRuleAndIgnoringThemOnlyChangesTheFilter)
     put(o + "/d-older", "same", 1'600'000'000);
     put(m + "/d-older", "same", 1'600'000'100);
     FolderCompareEngine e;
-    e.FolderOriginal(o);
-    e.FolderModified(m);
-    e.ShowSameInBothPlaces(false);
+    e.setFolderOriginal(o);
+    e.setFolderModified(m);
+    e.setShowSameInBothPlaces(false);
     EXPECT_EQ(briefs(run(e)), (std::vector<std::string>{"D= o 000", "F= c-newer 010", "F= d-older 0-10"}));
 
-    e.IgnoreDateDifferences(true);
+    e.setIgnoreDateDifferences(true);
     EXPECT_TRUE(run(e).empty());
-    e.ShowSameInBothPlaces(true);
-    e.ShowDifferentInBothPlaces(false);
+    e.setShowSameInBothPlaces(true);
+    e.setShowDifferentInBothPlaces(false);
     // Still told, for the viewer to show or hide.
     EXPECT_EQ(briefs(run(e)), (std::vector<std::string>{"D= o 000", "F= a-hour 000", "F= b-fat 000",
                                                          "F= c-newer 010", "F= d-older 0-10"}));
@@ -326,7 +327,7 @@ TEST(FolderCompare, SubfoldersOnlyWhenAsked)
     Trees t;
     FolderCompareEngine e;
     t.setUp(e);
-    e.DoSubDirectories(false);
+    e.setDoSubDirectories(false);
     const auto b = briefs(run(e));
     EXPECT_EQ(std::count(b.begin(), b.end(), "D= sub 000"), 0);
     EXPECT_EQ(std::count(b.begin(), b.end(), "F= deep.txt 001"), 0);
@@ -346,9 +347,9 @@ TEST(FolderCompare, DeepNestingKeepsHeadingsOfAncestorsOnly)
     put(o + "/a/z.txt", "old");
     put(m + "/a/z.txt", "new");
     FolderCompareEngine e;
-    e.FolderOriginal(o + "///");
-    e.FolderModified(m);
-    e.ShowSameInBothPlaces(false);
+    e.setFolderOriginal(o + "///");
+    e.setFolderModified(m);
+    e.setShowSameInBothPlaces(false);
     const auto rs = run(e);
     EXPECT_EQ(briefs(rs), (std::vector<std::string>{"D= o 000", "D= a 000", "F= z.txt 001", "D= b 000",
                                                     "D= c 000", "D= d 000", "F= x.txt 001"}));
@@ -372,8 +373,8 @@ TEST(FolderCompare, SymbolicLinksAreComparedNotFollowed)
     fs::create_symlink("real", o + "/kind");
     put(m + "/kind", "real");  // a file of the same size as the link
     FolderCompareEngine e;
-    e.FolderOriginal(o);
-    e.FolderModified(m);
+    e.setFolderOriginal(o);
+    e.setFolderModified(m);
     const auto rs = run(e);
     EXPECT_EQ(briefs(rs), (std::vector<std::string>{"D= o 000", "F= kind 0" + std::to_string(rs[1].lDateCompare) + "1",
                                                     "F= moved -1" + std::to_string(rs[2].lDateCompare) + "1",
@@ -405,10 +406,10 @@ TEST(FolderCompare, UnreadableFilesAndFoldersAreReportedAndTheWalkGoesOn)
     const std::string out = tvtest::runUnprivileged([&] {
         Events ev;
         FolderCompareEngine e;
-        e.SetEvents(&ev);
-        e.FolderOriginal(o);
-        e.FolderModified(m);
-        e.ShowSameInBothPlaces(false);
+        e.setEvents(&ev);
+        e.setFolderOriginal(o);
+        e.setFolderModified(m);
+        e.setShowSameInBothPlaces(false);
         std::string s;
         for (const FolderRecord& r : run(e))
             s += brief(r) + "\n";
@@ -439,9 +440,9 @@ TEST(FolderCompare, MissingTopFolderIsAnErrorRecord)
     put(tmp.file("m/a"), "1");
     Events ev;
     FolderCompareEngine e;
-    e.SetEvents(&ev);
-    e.FolderOriginal(tmp.file("nowhere"));
-    e.FolderModified(tmp.file("m"));
+    e.setEvents(&ev);
+    e.setFolderOriginal(tmp.file("nowhere"));
+    e.setFolderModified(tmp.file("m"));
     const auto rs = run(e);
     EXPECT_EQ(briefs(rs), std::vector<std::string>{"D= nowhere 002"});
     ASSERT_EQ(ev.errors.size(), 1u);
@@ -491,9 +492,9 @@ TEST(FolderCompare, AbortKeepsDeliveredRecordsAndAddsNoMore)
     BigTrees t(12);
     Events ev;
     FolderCompareEngine e;
-    e.SetEvents(&ev);
-    e.FolderOriginal(t.o);
-    e.FolderModified(t.m);
+    e.setEvents(&ev);
+    e.setFolderOriginal(t.o);
+    e.setFolderModified(t.m);
     // On a busy machine a walk may end before the test sees it running; try
     // a few times.
     bool caught = false;
@@ -522,7 +523,7 @@ TEST(FolderCompare, AbortKeepsDeliveredRecordsAndAddsNoMore)
 
     // A later run starts from nothing and completes.
     const int completedBefore = ev.completedCount();
-    e.ShowSameInBothPlaces(false);
+    e.setShowSameInBothPlaces(false);
     const auto second = run(e);
     EXPECT_EQ(ev.completedCount(), completedBefore + 1);
     EXPECT_EQ(second.size(), 1u + 12u + 12u * 3u);
@@ -532,20 +533,20 @@ TEST(FolderCompare, StartingAgainDuringAWalkStartsOver)
 {
     BigTrees t(8);
     FolderCompareEngine reference;
-    reference.FolderOriginal(t.o);
-    reference.FolderModified(t.m);
-    reference.ShowSameInBothPlaces(false);
+    reference.setFolderOriginal(t.o);
+    reference.setFolderModified(t.m);
+    reference.setShowSameInBothPlaces(false);
     const auto expected = run(reference);
 
     Events ev;
     FolderCompareEngine e;
-    e.SetEvents(&ev);
-    e.FolderOriginal(t.o);
-    e.FolderModified(t.m);
+    e.setEvents(&ev);
+    e.setFolderOriginal(t.o);
+    e.setFolderModified(t.m);
     e.StartCompare();
     while (e.InProgress() && e.RecordCount() < 10)
         std::this_thread::yield();
-    e.ShowSameInBothPlaces(false);
+    e.setShowSameInBothPlaces(false);
     e.StartCompare();
     ASSERT_TRUE(waitIdle(e));
     EXPECT_EQ(records(e), expected);
@@ -574,9 +575,9 @@ TEST(FolderCompare, RecordsReadDuringTheWalkNeverChange)
         std::atomic<bool>& flag;
         ~LetGo() { flag = true; }
     } letGo{release};
-    e.SetEvents(&ev);
-    e.FolderOriginal(t.o);
-    e.FolderModified(t.m);
+    e.setEvents(&ev);
+    e.setFolderOriginal(t.o);
+    e.setFolderModified(t.m);
     e.StartCompare();
     std::vector<FolderRecord> seen;
     FolderRecord r;
@@ -602,9 +603,9 @@ TEST(FolderCompare, ReportHasAHeaderAndOneRowPerRecord)
     Trees t;
     FolderCompareEngine e;
     t.setUp(e);
-    e.FileFilter("*.md gone.txt");
-    e.DoSubDirectories(false);
-    e.ShowOnlyInSource(false);
+    e.setFileFilter("*.md gone.txt");
+    e.setDoSubDirectories(false);
+    e.setShowOnlyInSource(false);
     run(e);
     const std::string path = t.tmp.file("report.csv");
     ASSERT_TRUE(e.WriteReport(path));
@@ -637,4 +638,37 @@ TEST(FolderCompare, LargeEqualFilesAreComparedToTheEnd)
     EXPECT_EQ(CompareFileContents(tmp.file("a/big"), tmp.file("b/big"), abort, error), kContentDiffers);
     EXPECT_EQ(CompareFileContents(tmp.file("a/big"), tmp.file("b/none"), abort, error), kContentUnreadable);
     EXPECT_NE(error.find("b/none"), std::string::npos);
+}
+
+TEST(FolderCompare, TheComparisonComponentOffersTheFolderMembers)
+{
+    Trees t;
+    Events ev;
+    Skeinmatch s;
+    s.setFolderEvents(&ev);
+    s.setFolderOriginal(t.o);
+    s.setFolderModified(t.m);
+    s.setFileFilter("*.md");
+    s.setContentCompare(false);
+    s.setShowSameInBothPlaces(false);
+    s.setShowOnlyInMaster(false);
+    s.setShowOnlyInSource(false);
+    s.setShowDifferentInBothPlaces(true);
+    s.setIgnoreDateDifferences(true);
+    s.setDoSubDirectories(false);
+    s.StartCompare();
+    const auto until = std::chrono::steady_clock::now() + std::chrono::seconds(60);
+    while (s.InProgress() && std::chrono::steady_clock::now() < until)
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    ASSERT_EQ(s.RecordCount(), 2);
+    std::string n, po, pm;
+    int f[6];
+    ASSERT_TRUE(s.GetRecord(1, n, po, pm, f[0], f[1], f[2], f[3], f[4], f[5]));
+    EXPECT_EQ(n + " " + std::to_string(f[3]), "grown.md -1");
+    const std::string report = t.tmp.file("r.csv");
+    EXPECT_TRUE(s.WriteReport(report));
+    EXPECT_NE(tvtest::readFile(report).find("grown.md"), std::string::npos);
+    EXPECT_EQ(ev.completedCount(), 1);
+    s.ReleaseEngine();
+    EXPECT_EQ(s.RecordCount(), 0);
 }
