@@ -11,8 +11,6 @@ namespace lexiform {
 
 namespace {
 
-const QLatin1String kW("http://schemas.openxmlformats.org/wordprocessingml/2006/main");
-
 bool toggle(const QXmlStreamAttributes& a)
 {
     const QString v = attributeValue(a, QLatin1String("val"));
