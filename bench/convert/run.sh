@@ -16,7 +16,8 @@ trap 'rm -rf "$work"' EXIT
 
 "$root/scripts/install-bench-deps"
 [ -x "$tool" ] || { echo "build tallyvane-convert first ($tool)" >&2; exit 1; }
-python3 "$here/make-inputs.py" "$work/in" "$scale"
+# The Debian interpreter, which sees the Debian ReportLab package.
+/usr/bin/python3 "$here/make-inputs.py" "$work/in" "$scale"
 ls -l "$work/in" | awk 'NR>1 {printf "input %-12s %10d bytes\n", $9, $5}'
 
 bench() {  # name, ours, peer name, peer command
