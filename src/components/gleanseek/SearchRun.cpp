@@ -212,7 +212,12 @@ void Gleanseek::Run::Execute()
         &owner_, workers, kQueuedBatches, [this](FileBatch& b) { process(b); },
         [this](FileBatch& b) { owner_.hits_.Append(std::move(b.hits)); }, owner_.abort_, owner_.publishMutex_);
     owner_.raiseStarted();
-    walk(skeinmatch::WithTrailingSlash(settings_.searchFolder));
+    try {
+        walk(skeinmatch::WithTrailingSlash(settings_.searchFolder));
+    } catch (const std::exception& e) {
+        owner_.raiseError(kErrorStopped, std::string("The search stopped early: ") + e.what());
+    }
+    // Every hit is delivered before the search counts as finished.
     pipeline_->Finish();
     pipeline_.reset();
 }

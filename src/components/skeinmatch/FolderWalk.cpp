@@ -148,9 +148,14 @@ void FolderCompareEngine::Run::Execute()
         &engine_, workers, kQueuedBatches, [this](FolderBatch& b) { process(b); },
         [this](FolderBatch& b) { publish(b); }, engine_.abort_, engine_.publishMutex_);
     engine_.raiseStarted();
-    walk(std::make_shared<const std::string>(WithTrailingSlash(settings_.folderOriginal)),
-         std::make_shared<const std::string>(WithTrailingSlash(settings_.folderModified)),
-         LastComponent(settings_.folderOriginal), 0);
+    try {
+        walk(std::make_shared<const std::string>(WithTrailingSlash(settings_.folderOriginal)),
+             std::make_shared<const std::string>(WithTrailingSlash(settings_.folderModified)),
+             LastComponent(settings_.folderOriginal), 0);
+    } catch (const std::exception& e) {
+        engine_.raiseError(kFolderErrorStopped, std::string("The comparison stopped early: ") + e.what());
+    }
+    // Every record is delivered before the walk counts as finished.
     pipeline_->Finish();
     pipeline_.reset();
 }

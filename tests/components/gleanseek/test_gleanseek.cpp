@@ -293,7 +293,8 @@ TEST(Gleanseek, DocumentsAreSearchedInTheirTextWhenAsked)
 {
     tvtest::TempDir tmp;
     const std::string r = tmp.path();
-    put(r + "/letter.docx", std::string("PK\x03\x04\0\0 zipped", 15));
+    const char zipped[] = "PK\x03\x04\0\0 zipped";
+    put(r + "/letter.docx", std::string(zipped, sizeof zipped - 1));
     put(r + "/broken.pdf", "%PDF-1.4 needle in the raw bytes\n");
     put(r + "/plain.txt", "a needle\n");
     Events ev;
