@@ -29,7 +29,8 @@
 //   refuse the search: it does not start. Found during the search, and the
 //   search goes on: 510 a folder cannot be read, 511 a file cannot be read,
 //   512 a document's text cannot be extracted, 513 the pattern was too
-//   complex for a line of a file (that file is left).
+//   complex for a line of a file (that file is left); 514 the search could
+//   not go on (out of memory) and ends with what it found.
 //
 // Threads: properties, StartSearch, AbortSearch and ExtractText belong to one
 // controlling thread. HitCount, GetHit and InProgress may be called from any
@@ -57,6 +58,7 @@ enum : std::int32_t {
     kErrorUnreadableFile = 511,
     kErrorDocumentText = 512,
     kErrorPatternTooComplex = 513,
+    kErrorStopped = 514,
 };
 
 class GleanseekEvents {

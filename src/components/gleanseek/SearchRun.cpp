@@ -207,12 +207,20 @@ bool Gleanseek::Run::aborted() const
 
 void Gleanseek::Run::Execute()
 {
-    const unsigned workers = std::clamp(std::thread::hardware_concurrency(), 2u, 8u);
+    // Twice as many workers as cores: a worker waiting for the disk (a cold
+    // cache, a network folder) leaves its core to another, and several reads
+    // in flight keep the device busy.
+    const unsigned workers = std::clamp(std::thread::hardware_concurrency() * 2, 4u, 16u);
     pipeline_ = std::make_unique<skeinmatch::OrderedPipeline<FileBatch>>(
         &owner_, workers, kQueuedBatches, [this](FileBatch& b) { process(b); },
         [this](FileBatch& b) { owner_.hits_.Append(std::move(b.hits)); }, owner_.abort_, owner_.publishMutex_);
     owner_.raiseStarted();
-    walk(skeinmatch::WithTrailingSlash(settings_.searchFolder));
+    try {
+        walk(skeinmatch::WithTrailingSlash(settings_.searchFolder));
+    } catch (const std::exception& e) {
+        owner_.raiseError(kErrorStopped, std::string("The search stopped early: ") + e.what());
+    }
+    // Every hit is delivered before the search counts as finished.
     pipeline_->Finish();
     pipeline_.reset();
 }

@@ -58,7 +58,7 @@ namespace skeinmatch {
 enum : std::int32_t {
     kFolderErrorUnreadableFolder = 1,
     kFolderErrorUnreadableFile = 2,
-    kFolderErrorBusy = 3,
+    kFolderErrorStopped = 3,  // the walk could not go on (out of memory)
 };
 
 class FolderCompareEvents {

@@ -96,7 +96,12 @@ private:
             notFull_.notify_one();
             if (abort_.load(std::memory_order_acquire))
                 continue;
-            process_(item.second);
+            try {
+                process_(item.second);
+            } catch (...) {
+                // Out of memory on one batch: deliver what it holds, since a
+                // batch never delivered would hold back all that follow.
+            }
             deliver(item.first, std::move(item.second));
         }
     }
@@ -108,7 +113,11 @@ private:
             return;
         pending_.emplace(seq, std::move(batch));
         while (!pending_.empty() && pending_.begin()->first == nextPublish_) {
-            publish_(pending_.begin()->second);
+            try {
+                publish_(pending_.begin()->second);
+            } catch (...) {
+                // Out of memory: this batch is lost, the order of the rest is kept.
+            }
             pending_.erase(pending_.begin());
             ++nextPublish_;
         }

@@ -6,6 +6,7 @@
 #include "components/lexiform/Lexiform.h"
 #include "support/testsupport.h"
 
+#include <QFile>
 #include <gtest/gtest.h>
 
 using namespace lexiform;
@@ -107,6 +108,20 @@ TEST(SpecialProcessing, CropAppliesToEverySheetOfTheLastConversion)
     ASSERT_EQ(lx.SpecialProcessing(SP_CROP_CSV_TO_ROWS, "", "1"), 0);
     ASSERT_EQ(lx.SpecialProcessing(SP_CONCATENATE_ALL, out, "1"), 0);
     EXPECT_EQ(tvtest::readFile(out.toStdString()), "Order\nMeasure\n");
+}
+
+TEST(SpecialProcessing, AFileChangedBetweenStepsIsReadAgain)
+{
+    tvtest::TempDir tmp;
+    Lexiform lx;
+    const QString out = q(tmp.file("o.csv"));
+    ASSERT_EQ(lx.ConvertSpreadsheetValues(q(dataPath("book-original.xlsx")), "2", out, 6), 0);
+    // Someone else rewrites the file: the next step works on what is there now.
+    tvtest::writeFile(out.toStdString(), "  x  , y\n");
+    ASSERT_EQ(lx.SpecialProcessing(SP_TRIM_CSV_FILE, "", ""), 0);
+    EXPECT_EQ(tvtest::readFile(out.toStdString()), "x,y\n");
+    QFile::remove(out);
+    EXPECT_EQ(lx.SpecialProcessing(SP_TRIM_CSV_FILE, "", ""), SpCannotOpenFile);
 }
 
 TEST(SpecialProcessing, ResultCodes)
