@@ -136,6 +136,27 @@ TEST(HtmlReport, ShowsTitlesCountsLinksAndWordFormats)
               std::string::npos);
 }
 
+TEST(HtmlReport, EditedLinesOfAChangeFaceEachOther)
+{
+    // A function inserted in front of an edited one: the edited line is
+    // paired with its new version, not with the inserted header.
+    Pair p("}\n\nint c(int x) {\n    return x * 3;\n}\n",
+           "}\n\nint b() {\n    return 2;\n}\n\nint c(long x) {\n    return x * 4;\n}\n");
+    p.engine.CompareFiles();
+    ASSERT_EQ(p.engine.DifferenceCount(), 1);
+    std::string sbs = p.report(1, 2);
+    EXPECT_NE(sbs.find("<td class=\"n\">3</td><td class=\"t\">int c(<span class=\"co\">int</span> x) "
+                       "{</td><td class=\"n\">7</td><td class=\"t\">int c(<span class=\"cm\">long</span>"),
+              std::string::npos);
+    EXPECT_NE(sbs.find("<td class=\"n\"></td><td class=\"t\"></td><td class=\"n\">3</td><td "
+                       "class=\"t\"><span class=\"add\">int b() {</span>"),
+              std::string::npos);
+    std::string aio = p.report(1, 1);
+    EXPECT_NE(aio.find("<td class=\"n\">4</td><td class=\"n\">8</td><td class=\"t\">    return x * "
+                       "<span class=\"co\">3</span><span class=\"cm\">4</span>;"),
+              std::string::npos);
+}
+
 TEST(HtmlReport, EmptyTitlesFallBackToFileNames)
 {
     Pair p("a\n", "b\n");
