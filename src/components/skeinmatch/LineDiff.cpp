@@ -13,6 +13,8 @@ namespace {
 
 // Below this much text a second thread costs more than it saves.
 constexpr std::size_t parallelBytes = 1u << 20;
+// Matching shares its late work out only on inputs where it takes time.
+constexpr std::size_t parallelLines = 50000;
 
 // Fills side.considered for IgnoreEmptyLines.
 void collectConsidered(DiffSide& side, KeyOptions ko, bool ignoreEmpty)
@@ -272,8 +274,9 @@ std::vector<DiffRecord> diffLines(const LineText& original, const LineText& modi
                 budget.total = 0;
                 budget.cutoff = 1;
             }
+            const int threads = useThread && xs.size() + ys.size() >= parallelLines ? 2 : 1;
             matchSequences(xs.data(), xs.size(), ys.data(), ys.size(), idCount, budget, cx.data(),
-                           cy.data());
+                           cy.data(), threads);
         }
         for (std::size_t r = 0; r < xs.size(); ++r)
             a.changed[xk[r]] = cx[r];

@@ -1,5 +1,6 @@
 #include "components/skeinmatch/Skeinmatch.h"
 
+#include <cstdint>
 #include <sys/stat.h>
 #include <thread>
 
@@ -20,6 +21,14 @@ std::time_t modificationTime(const std::string& path)
     if (::stat(path.c_str(), &st) == 0)
         return st.st_mtime;
     return std::time(nullptr);
+}
+
+std::uint64_t fileSize(const std::string& path)
+{
+    struct stat st {};
+    if (::stat(path.c_str(), &st) == 0 && S_ISREG(st.st_mode))
+        return static_cast<std::uint64_t>(st.st_size);
+    return 0;
 }
 
 } // namespace
@@ -55,7 +64,9 @@ void Skeinmatch::CompareFiles()
     bool okA = false, okB = false;
     auto readA = [&] { okA = original_.load(masterFile_, errA); };
     auto readB = [&] { okB = modified_.load(sourceFile_, errB); };
-    if (parallel_) {
+    // A second thread pays only for large files; the section compares of
+    // the viewer read two small files many times over.
+    if (parallel_ && fileSize(masterFile_) + fileSize(sourceFile_) >= (1u << 20)) {
         std::thread t(readB);
         readA();
         t.join();
