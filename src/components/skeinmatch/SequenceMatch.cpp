@@ -1,10 +1,11 @@
 #include "components/skeinmatch/SequenceMatch.h"
 
+#include "components/skeinmatch/RunBoth.h"
+
 #include <algorithm>
 #include <atomic>
 #include <climits>
 #include <cmath>
-#include <thread>
 #include <vector>
 
 namespace skeinmatch {
@@ -127,9 +128,7 @@ void Matcher::run(int threads)
     helper.fdStore_.assign(size, 0);
     helper.bdStore_.assign(size, 0);
     helper.work_ = budget_.total + 1;
-    std::thread t([&] { work(helper); });
-    work(*this);
-    t.join();
+    runBoth([&] { work(*this); }, [&] { work(helper); });
 }
 
 // Works through `ranges` (used as a stack) until all are matched. With

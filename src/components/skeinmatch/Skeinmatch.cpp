@@ -1,8 +1,10 @@
 #include "components/skeinmatch/Skeinmatch.h"
 
+#include "components/skeinmatch/RunBoth.h"
+
 #include <cstdint>
+#include <new>
 #include <sys/stat.h>
-#include <thread>
 
 using skeinmatch::LineText;
 
@@ -66,13 +68,19 @@ void Skeinmatch::CompareFiles()
     auto readB = [&] { okB = modified_.load(sourceFile_, errB); };
     // A second thread pays only for large files; the section compares of
     // the viewer read two small files many times over.
-    if (parallel_ && fileSize(masterFile_) + fileSize(sourceFile_) >= (1u << 20)) {
-        std::thread t(readB);
-        readA();
-        t.join();
-    } else {
-        readA();
-        readB();
+    try {
+        if (parallel_ && fileSize(masterFile_) + fileSize(sourceFile_) >= (1u << 20)) {
+            skeinmatch::runBoth(readA, readB);
+        } else {
+            readA();
+            readB();
+        }
+    } catch (const std::bad_alloc&) {
+        original_.clear();
+        modified_.clear();
+        loadStatus_ = -2;
+        loadError_ = "out of memory";
+        return;
     }
     if (!okA || !okB) {
         loadStatus_ = okA ? -4 : -3;
