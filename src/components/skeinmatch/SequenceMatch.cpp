@@ -14,14 +14,14 @@ MatchBudget MatchBudget::standard(std::size_t n, std::size_t m)
 {
     // An exact search over an edit of D elements costs about D*D/2 steps.
     // 250 steps per element covers the light edits of real revisions of a
-    // hundred thousand lines and more; the ceiling (a few tenths of a
-    // second) keeps a million-line compare as quick as a plain diff, and
-    // the floor lets small inputs always be exact. Past the budget, 4096
+    // hundred thousand lines; the ceiling (about a tenth of a second) keeps
+    // a million-line compare quicker than a plain diff, and the floor lets
+    // small inputs always be exact. Past the budget, 4096
     // rounds per search give splits that stay within a fraction of a
     // percent of minimal on heavy edits; splitting on unique lines instead
     // cost up to 4 % more changed lines on shuffled and unrelated sources.
     MatchBudget b;
-    b.total = std::min<std::uint64_t>(250ull * (n + m) + (1ull << 22), 100'000'000ull);
+    b.total = std::min<std::uint64_t>(250ull * (n + m) + (1ull << 22), 60'000'000ull);
     b.cutoff = 4096;
     b.anchors = false;
     return b;
