@@ -453,10 +453,29 @@ void HtmlWriter::foldRow(long hidden)
 
 void HtmlWriter::equalRows(long aFrom, long aTo, long bFrom, long bTo, bool showHead, bool showTail)
 {
-    const long len = std::max(aTo - aFrom, bTo - bFrom);
-    auto at = [&](long k) {
-        equalRow(aFrom + k < aTo ? aFrom + k : -1, bFrom + k < bTo ? bFrom + k : -1);
-    };
+    // Rows as pairs of lines (-1: none). Equal stretches have the same
+    // lines on both sides, except where empty lines were ignored: then the
+    // lines that count pair up and each side's empty lines stand alone.
+    std::vector<std::pair<long, long>> rows;
+    if (aTo - aFrom == bTo - bFrom) {
+        for (long k = 0; k < aTo - aFrom; ++k)
+            rows.emplace_back(aFrom + k, bFrom + k);
+    } else {
+        skeinmatch::KeyMaker ka(in_.keys), kb(in_.keys);
+        long i = aFrom, j = bFrom;
+        while (i < aTo || j < bTo) {
+            const bool emptyA = i < aTo && ka.isEmpty(a_.line(static_cast<std::size_t>(i)));
+            const bool emptyB = j < bTo && kb.isEmpty(b_.line(static_cast<std::size_t>(j)));
+            if (i < aTo && j < bTo && emptyA == emptyB)
+                rows.emplace_back(i++, j++);
+            else if (i < aTo && (emptyA || j >= bTo))
+                rows.emplace_back(i++, -1);
+            else
+                rows.emplace_back(-1, j++);
+        }
+    }
+    const long len = static_cast<long>(rows.size());
+    auto at = [&](long k) { equalRow(rows[static_cast<std::size_t>(k)].first, rows[static_cast<std::size_t>(k)].second); };
     long head = showHead ? std::min(foldContext, len) : 0;
     long tail = showTail ? std::min(foldContext, len - head) : 0;
     // Folding one line saves nothing.

@@ -93,6 +93,24 @@ TEST(HtmlReport, BothStylesAreValidHtml5)
         EXPECT_EQ(html.find("<script"), std::string::npos);
         EXPECT_EQ(html.find("http"), std::string::npos);
     }
+    // With empty lines ignored the equal stretches of the two sides can
+    // differ in length; the pages stay valid and show both sides' lines.
+    Pair blanks("a\n\n\nb\nc\n\n\nd\n", "a\nb\n\nC\nd\n\n");
+    blanks.engine.setIgnoreEmptyLines(true);
+    blanks.engine.CompareFiles();
+    ASSERT_EQ(blanks.engine.DifferenceCount(), 1);
+    for (int style : {1, 2}) {
+        std::string name = "b" + std::to_string(style) + ".html";
+        std::string html = blanks.report(1, style, name);
+        EXPECT_TRUE(parsesAsHtml5(blanks.dir.file(name)));
+        // "b" and "d" face their counterparts, the empty lines stand alone.
+        const char* b = style == 2 ? "<td class=\"n\">4</td><td class=\"t\">b</td><td class=\"n\">2</td>"
+                                   : "<td class=\"n\">4</td><td class=\"n\">2</td><td class=\"t\">b</td>";
+        const char* d = style == 2 ? "<td class=\"n\">8</td><td class=\"t\">d</td><td class=\"n\">5</td>"
+                                   : "<td class=\"n\">8</td><td class=\"n\">5</td><td class=\"t\">d</td>";
+        EXPECT_NE(html.find(b), std::string::npos) << html;
+        EXPECT_NE(html.find(d), std::string::npos) << html;
+    }
     // Identical files make a valid report too.
     Pair same("x\n", "x\n");
     same.engine.CompareFiles();
