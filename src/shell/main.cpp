@@ -1,8 +1,11 @@
-// Program entry. The frame window and the batch comparisons arrive with the
-// viewers; for now the entry parses and validates the command line, reports
-// bad arguments as a batch run would, and answers --help and --version.
+// Program entry. An empty command line opens the frame window with the
+// viewers of the last run; the batch comparisons arrive with their drivers.
+// The entry parses and validates the command line, reports bad arguments as a
+// batch run would, and answers --help and --version.
 
 #include "shell/DesktopSeams.h"
+#include "shell/Resources.h"
+#include "shell/frmMainMDI.h"
 #include "shell/core/modGlobal.h"
 #include "shell/core/modParseCommandLine.h"
 
@@ -36,6 +39,7 @@ int main(int argc, char** argv)
         qputenv("QT_QPA_PLATFORM", "offscreen");
 
     QApplication app(argc, argv);
+    InitProgramResources();
     QCoreApplication::setOrganizationName(QStringLiteral("Tallyvane"));
     QCoreApplication::setApplicationName(QStringLiteral("Tallyvane"));
     InstallDesktopSeams(hasDisplay);
@@ -50,8 +54,10 @@ int main(int argc, char** argv)
                        stderr);
             return 2;
         }
-        std::fputs("tallyvane: the viewers are not part of this build yet; see tallyvane --help\n", stderr);
-        return 0;
+        frmMainMDI frame;
+        frame.Form_Load();
+        frame.show();
+        return app.exec();
     }
     if (!usable) {
         LogMessage(QStringLiteral("Missing required command line argument(s)"), gsClLogFile, gbClVerbose);

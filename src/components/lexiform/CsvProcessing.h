@@ -14,8 +14,9 @@ void trimCells(std::vector<CsvRecord>& records);
 // Pads every cell but the last of a row with spaces up to the next multiple
 // of the tab width. The width of a cell depends on that cell alone: widths
 // taken from the longest cell of a column would shift every line of the
-// column as soon as one cell in one file grows, and the comparison would
-// then see the whole sheet as changed.
+// column as soon as one cell in one file grows (an average that becomes
+// 13.6666666666667), and the comparison would then see the whole sheet as
+// changed. Cells of similar length, the usual case in a column, still line up.
 void padCells(std::vector<CsvRecord>& records, int tabWidth = 8);
 
 // Keeps the listed rows (1-based); rows past the end are not invented.

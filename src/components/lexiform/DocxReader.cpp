@@ -4,18 +4,16 @@
 #include "components/lexiform/ZipPackage.h"
 
 #include <QHash>
-#include <QXmlStreamReader>
+#include "components/lexiform/FastXmlReader.h"
 #include <map>
 
 namespace lexiform {
 
 namespace {
 
-const QLatin1String kW("http://schemas.openxmlformats.org/wordprocessingml/2006/main");
-
-bool toggle(const QXmlStreamAttributes& a)
+bool toggle(const FastXmlReader& xml)
 {
-    const QString v = attributeValue(a, QLatin1String("val"));
+    const QString v = xml.attribute("val");
     return !(v == QLatin1String("0") || v == QLatin1String("false") || v == QLatin1String("off")
              || v == QLatin1String("none"));
 }
@@ -41,54 +39,52 @@ struct RunProperties {
 };
 
 // Reads <w:rPr> (the reader stands on its start tag).
-RunProperties readRunProperties(QXmlStreamReader& xml)
+RunProperties readRunProperties(FastXmlReader& xml)
 {
     RunProperties rp;
     std::optional<std::optional<Rgb>> shading, highlight;
     int depth = 1;
     while (depth > 0 && !xml.atEnd()) {
         auto t = xml.readNext();
-        if (t == QXmlStreamReader::EndElement) {
+        if (t == FastXmlReader::EndElement) {
             --depth;
             continue;
         }
-        if (t != QXmlStreamReader::StartElement)
+        if (t != FastXmlReader::StartElement)
             continue;
         ++depth;
-        const QStringView n = xml.name();
-        const auto a = xml.attributes();
-        if (n == QLatin1String("b"))
-            rp.patch.bold = toggle(a);
-        else if (n == QLatin1String("i"))
-            rp.patch.italic = toggle(a);
-        else if (n == QLatin1String("u"))
-            rp.patch.underline = toggle(a);
-        else if (n == QLatin1String("strike") || n == QLatin1String("dstrike")) {
-            bool on = toggle(a);
+        if (xml.isName("b"))
+            rp.patch.bold = toggle(xml);
+        else if (xml.isName("i"))
+            rp.patch.italic = toggle(xml);
+        else if (xml.isName("u"))
+            rp.patch.underline = toggle(xml);
+        else if (xml.isName("strike") || xml.isName("dstrike")) {
+            bool on = toggle(xml);
             rp.patch.strike = on || rp.patch.strike.value_or(false);
-        } else if (n == QLatin1String("color")) {
-            const QString v = attributeValue(a, QLatin1String("val"));
+        } else if (xml.isName("color")) {
+            const QString v = xml.attribute("val");
             rp.patch.foreColor = v == QLatin1String("auto") ? std::nullopt : parseHexColor(v);
-        } else if (n == QLatin1String("highlight")) {
-            highlight = highlightColor(attributeValue(a, QLatin1String("val")));
-        } else if (n == QLatin1String("shd")) {
-            const QString fill = attributeValue(a, QLatin1String("fill"));
+        } else if (xml.isName("highlight")) {
+            highlight = highlightColor(xml.attribute("val"));
+        } else if (xml.isName("shd")) {
+            const QString fill = xml.attribute("fill");
             shading = fill == QLatin1String("auto") ? std::nullopt : parseHexColor(fill);
-        } else if (n == QLatin1String("rFonts")) {
-            QString font = attributeValue(a, QLatin1String("ascii"));
+        } else if (xml.isName("rFonts")) {
+            QString font = xml.attribute("ascii");
             if (font.isEmpty())
-                font = attributeValue(a, QLatin1String("hAnsi"));
+                font = xml.attribute("hAnsi");
             if (!font.isEmpty())
                 rp.patch.fontName = font;
-        } else if (n == QLatin1String("sz")) {
+        } else if (xml.isName("sz")) {
             bool ok = false;
-            double halfPoints = attributeValue(a, QLatin1String("val")).toDouble(&ok);
+            double halfPoints = xml.attribute("val").toDouble(&ok);
             if (ok && halfPoints > 0 && halfPoints < 4000)
                 rp.patch.fontSize = halfPoints / 2;
-        } else if (n == QLatin1String("rStyle")) {
-            rp.styleId = attributeValue(a, QLatin1String("val"));
-        } else if (n == QLatin1String("vanish")) {
-            rp.hidden = toggle(a);
+        } else if (xml.isName("rStyle")) {
+            rp.styleId = xml.attribute("val");
+        } else if (xml.isName("vanish")) {
+            rp.hidden = toggle(xml);
         }
     }
     // A highlight wins over shading, as word processors draw it on top.
@@ -112,29 +108,28 @@ public:
         auto member = zip.openMember(path);
         if (!member)
             return;
-        QXmlStreamReader xml(member.get());
+        FastXmlReader xml(member.get());
         QString current;
         bool inDefaults = false;
         while (!xml.atEnd()) {
             auto t = xml.readNext();
-            if (t == QXmlStreamReader::EndElement) {
-                if (xml.name() == QLatin1String("style"))
+            if (t == FastXmlReader::EndElement) {
+                if (xml.isName("style"))
                     current.clear();
-                else if (xml.name() == QLatin1String("rPrDefault"))
+                else if (xml.isName("rPrDefault"))
                     inDefaults = false;
                 continue;
             }
-            if (t != QXmlStreamReader::StartElement)
+            if (t != FastXmlReader::StartElement)
                 continue;
-            const QStringView n = xml.name();
-            if (n == QLatin1String("rPrDefault")) {
+            if (xml.isName("rPrDefault")) {
                 inDefaults = true;
-            } else if (n == QLatin1String("style")) {
-                current = attributeValue(xml.attributes(), QLatin1String("styleId"));
+            } else if (xml.isName("style")) {
+                current = xml.attribute("styleId");
                 styles_[current] = Style();
-            } else if (n == QLatin1String("basedOn") && !current.isEmpty()) {
-                styles_[current].basedOn = attributeValue(xml.attributes(), QLatin1String("val"));
-            } else if (n == QLatin1String("rPr")) {
+            } else if (xml.isName("basedOn") && !current.isEmpty()) {
+                styles_[current].basedOn = xml.attribute("val");
+            } else if (xml.isName("rPr")) {
                 RunProperties rp = readRunProperties(xml);
                 if (inDefaults) {
                     defaults_ = rp.patch;
@@ -142,8 +137,8 @@ public:
                     styles_[current].patch = rp.patch;
                     styles_[current].hidden = rp.hidden;
                 }
-            } else if (n == QLatin1String("pPr") || n == QLatin1String("tblPr") || n == QLatin1String("tcPr")
-                       || n == QLatin1String("trPr") || n == QLatin1String("tblStylePr")) {
+            } else if (xml.isName("pPr") || xml.isName("tblPr") || xml.isName("tcPr")
+                       || xml.isName("trPr") || xml.isName("tblStylePr")) {
                 xml.skipCurrentElement();
             }
         }
@@ -184,24 +179,23 @@ public:
 
     // Block content up to the end of the element the reader stands in:
     // paragraphs, tables, content controls, text boxes.
-    void readBlocks(QXmlStreamReader& xml, std::vector<Paragraph>& out)
+    void readBlocks(FastXmlReader& xml, std::vector<Paragraph>& out)
     {
         int depth = 1;
         while (depth > 0 && !xml.atEnd()) {
             auto t = xml.readNext();
-            if (t == QXmlStreamReader::EndElement) {
+            if (t == FastXmlReader::EndElement) {
                 --depth;
                 continue;
             }
-            if (t != QXmlStreamReader::StartElement)
+            if (t != FastXmlReader::StartElement)
                 continue;
-            const QStringView n = xml.name();
-            if (n == QLatin1String("p")) {
+            if (xml.isName("p")) {
                 readParagraph(xml, out);
-            } else if (n == QLatin1String("tbl")) {
+            } else if (xml.isName("tbl")) {
                 readTable(xml, out);
-            } else if (n == QLatin1String("sectPr") || n == QLatin1String("Fallback") || n == QLatin1String("del")
-                       || n == QLatin1String("moveFrom")) {
+            } else if (xml.isName("sectPr") || xml.isName("Fallback") || xml.isName("del")
+                       || xml.isName("moveFrom")) {
                 xml.skipCurrentElement();
             } else {
                 ++depth;  // sdt, sdtContent, customXml, ins: look inside
@@ -210,7 +204,7 @@ public:
     }
 
 private:
-    void readParagraph(QXmlStreamReader& xml, std::vector<Paragraph>& out)
+    void readParagraph(FastXmlReader& xml, std::vector<Paragraph>& out)
     {
         Paragraph p;
         std::vector<Paragraph> anchored;  // text boxes, after the paragraph
@@ -222,23 +216,22 @@ private:
         int depth = 1;
         while (depth > 0 && !xml.atEnd()) {
             auto t = xml.readNext();
-            if (t == QXmlStreamReader::EndElement) {
+            if (t == FastXmlReader::EndElement) {
                 --depth;
-                if (xml.name() == QLatin1String("r")) {
+                if (xml.isName("r")) {
                     runHidden = false;
                 }
                 continue;
             }
-            if (t != QXmlStreamReader::StartElement)
+            if (t != FastXmlReader::StartElement)
                 continue;
-            const QStringView n = xml.name();
-            if (n == QLatin1String("pPr")) {
+            if (xml.isName("pPr")) {
                 readParagraphProperties(xml, paragraphPatch);
-            } else if (n == QLatin1String("r")) {
+            } else if (xml.isName("r")) {
                 ++depth;
                 runFormat = CharFormat();
                 paragraphPatch.applyTo(runFormat);
-            } else if (n == QLatin1String("rPr")) {
+            } else if (xml.isName("rPr")) {
                 RunProperties rp = readRunProperties(xml);
                 FormatPatch patch = rp.patch;
                 if (!rp.styleId.isEmpty())
@@ -247,30 +240,30 @@ private:
                 runFormat = CharFormat();
                 patch.applyTo(runFormat);
                 runHidden = rp.hidden;
-            } else if (n == QLatin1String("t")) {
-                QString text = xml.readElementText(QXmlStreamReader::IncludeChildElements);
+            } else if (xml.isName("t")) {
+                QString text = xml.readElementText();
                 if (!runHidden)
                     appendText(p, text, runFormat);
-            } else if (n == QLatin1String("tab") || n == QLatin1String("ptab")) {
+            } else if (xml.isName("tab") || xml.isName("ptab")) {
                 xml.skipCurrentElement();
                 if (!runHidden)
                     appendText(p, QStringLiteral("\t"), runFormat);
-            } else if (n == QLatin1String("br") || n == QLatin1String("cr")) {
-                const QString type = attributeValue(xml.attributes(), QLatin1String("type"));
+            } else if (xml.isName("br") || xml.isName("cr")) {
+                const QString type = xml.attribute("type");
                 xml.skipCurrentElement();
                 if (!runHidden && type != QLatin1String("page") && type != QLatin1String("column"))
                     appendText(p, QString(QChar(0x2028)), runFormat);
-            } else if (n == QLatin1String("noBreakHyphen")) {
+            } else if (xml.isName("noBreakHyphen")) {
                 xml.skipCurrentElement();
                 appendText(p, QStringLiteral("-"), runFormat);
-            } else if (n == QLatin1String("footnoteReference") || n == QLatin1String("endnoteReference")) {
-                noteOrder.push_back((n == QLatin1String("footnoteReference") ? QStringLiteral("f") : QStringLiteral("e"))
-                                    + attributeValue(xml.attributes(), QLatin1String("id")));
+            } else if (xml.isName("footnoteReference") || xml.isName("endnoteReference")) {
+                noteOrder.push_back((xml.isName("footnoteReference") ? QStringLiteral("f") : QStringLiteral("e"))
+                                    + xml.attribute("id"));
                 xml.skipCurrentElement();
-            } else if (n == QLatin1String("txbxContent")) {
+            } else if (xml.isName("txbxContent")) {
                 readBlocks(xml, anchored);
-            } else if (n == QLatin1String("delText") || n == QLatin1String("instrText") || n == QLatin1String("Fallback")
-                       || n == QLatin1String("del") || n == QLatin1String("moveFrom") || n == QLatin1String("delInstrText")) {
+            } else if (xml.isName("delText") || xml.isName("instrText") || xml.isName("Fallback")
+                       || xml.isName("del") || xml.isName("moveFrom") || xml.isName("delInstrText")) {
                 xml.skipCurrentElement();
             } else {
                 ++depth;  // hyperlink, ins, smartTag, fldSimple, sdt, drawing...: look inside
@@ -281,19 +274,19 @@ private:
             out.push_back(std::move(a));
     }
 
-    void readParagraphProperties(QXmlStreamReader& xml, FormatPatch& paragraphPatch)
+    void readParagraphProperties(FastXmlReader& xml, FormatPatch& paragraphPatch)
     {
         int depth = 1;
         while (depth > 0 && !xml.atEnd()) {
             auto t = xml.readNext();
-            if (t == QXmlStreamReader::EndElement) {
+            if (t == FastXmlReader::EndElement) {
                 --depth;
                 continue;
             }
-            if (t != QXmlStreamReader::StartElement)
+            if (t != FastXmlReader::StartElement)
                 continue;
-            if (xml.name() == QLatin1String("pStyle")) {
-                paragraphPatch = styles_.resolve(attributeValue(xml.attributes(), QLatin1String("val")));
+            if (xml.isName("pStyle")) {
+                paragraphPatch = styles_.resolve(xml.attribute("val"));
                 paragraphPatch.over(styles_.defaults());
             }
             // The paragraph mark's own run properties do not format the text.
@@ -301,21 +294,20 @@ private:
         }
     }
 
-    void readTable(QXmlStreamReader& xml, std::vector<Paragraph>& out)
+    void readTable(FastXmlReader& xml, std::vector<Paragraph>& out)
     {
         int depth = 1;
         while (depth > 0 && !xml.atEnd()) {
             auto t = xml.readNext();
-            if (t == QXmlStreamReader::EndElement) {
+            if (t == FastXmlReader::EndElement) {
                 --depth;
                 continue;
             }
-            if (t != QXmlStreamReader::StartElement)
+            if (t != FastXmlReader::StartElement)
                 continue;
-            const QStringView n = xml.name();
-            if (n == QLatin1String("tr")) {
+            if (xml.isName("tr")) {
                 out.push_back(readRow(xml));
-            } else if (n == QLatin1String("tblPr") || n == QLatin1String("tblGrid")) {
+            } else if (xml.isName("tblPr") || xml.isName("tblGrid")) {
                 xml.skipCurrentElement();
             } else {
                 ++depth;
@@ -323,21 +315,20 @@ private:
         }
     }
 
-    Paragraph readRow(QXmlStreamReader& xml)
+    Paragraph readRow(FastXmlReader& xml)
     {
         Paragraph row;
         int cells = 0;
         int depth = 1;
         while (depth > 0 && !xml.atEnd()) {
             auto t = xml.readNext();
-            if (t == QXmlStreamReader::EndElement) {
+            if (t == FastXmlReader::EndElement) {
                 --depth;
                 continue;
             }
-            if (t != QXmlStreamReader::StartElement)
+            if (t != FastXmlReader::StartElement)
                 continue;
-            const QStringView n = xml.name();
-            if (n == QLatin1String("tc")) {
+            if (xml.isName("tc")) {
                 std::vector<Paragraph> content;
                 readBlocks(xml, content);
                 if (cells++)
@@ -352,7 +343,7 @@ private:
                     for (Run& r : p.runs)
                         appendText(row, r.text, r.format);
                 }
-            } else if (n == QLatin1String("trPr") || n == QLatin1String("tblPrEx")) {
+            } else if (xml.isName("trPr") || xml.isName("tblPrEx")) {
                 xml.skipCurrentElement();
             } else {
                 ++depth;
@@ -373,15 +364,14 @@ std::map<QString, std::vector<Paragraph>> readNotes(const ZipPackage& zip, const
     auto member = zip.openMember(path);
     if (!member)
         return notes;
-    QXmlStreamReader xml(member.get());
+    FastXmlReader xml(member.get());
     BodyReader reader(styles);
     while (!xml.atEnd()) {
-        if (xml.readNext() != QXmlStreamReader::StartElement)
+        if (xml.readNext() != FastXmlReader::StartElement)
             continue;
-        if (xml.name() == QLatin1String("footnote") || xml.name() == QLatin1String("endnote")) {
-            const auto a = xml.attributes();
-            const QString type = attributeValue(a, QLatin1String("type"));
-            const QString id = attributeValue(a, QLatin1String("id"));
+        if (xml.isName("footnote") || xml.isName("endnote")) {
+            const QString type = xml.attribute("type");
+            const QString id = xml.attribute("id");
             if (!type.isEmpty() && type != QLatin1String("normal")) {
                 xml.skipCurrentElement();
                 continue;
@@ -397,12 +387,11 @@ QString mainDocumentPath(const ZipPackage& zip)
 {
     auto member = zip.openMember(QStringLiteral("_rels/.rels"));
     if (member) {
-        QXmlStreamReader xml(member.get());
+        FastXmlReader xml(member.get());
         while (!xml.atEnd()) {
-            if (xml.readNext() == QXmlStreamReader::StartElement && xml.name() == QLatin1String("Relationship")) {
-                const auto a = xml.attributes();
-                if (attributeValue(a, QLatin1String("Type")).endsWith(QLatin1String("/officeDocument")))
-                    return resolvePartPath(QString(), attributeValue(a, QLatin1String("Target")));
+            if (xml.readNext() == FastXmlReader::StartElement && xml.isName("Relationship")) {
+                if (xml.attribute("Type").endsWith(QLatin1String("/officeDocument")))
+                    return resolvePartPath(QString(), xml.attribute("Target"));
             }
         }
     }
@@ -427,11 +416,11 @@ int readDocx(const QString& path, const ReadLimits& limits, Document& out)
     Styles styles;
     styles.read(zip, prefix + QStringLiteral("styles.xml"));
 
-    QXmlStreamReader xml(member.get());
+    FastXmlReader xml(member.get());
     BodyReader reader(styles);
     bool sawBody = false;
     while (!xml.atEnd()) {
-        if (xml.readNext() == QXmlStreamReader::StartElement && xml.name() == QLatin1String("body")) {
+        if (xml.readNext() == FastXmlReader::StartElement && xml.isName("body")) {
             sawBody = true;
             reader.readBlocks(xml, out.paragraphs);
         }

@@ -60,7 +60,15 @@ private:
         QString path;
         int sheetNumber = 0;
         QString sheetName;
+        // The cells as last written, so that the steps that follow one
+        // another need not parse the file again; used only while the file
+        // still has the size and time it had when written.
+        std::vector<QStringList> cells;
+        qint64 writtenSize = -1;
+        qint64 writtenTime = 0;
     };
+    bool loadPiece(Piece& piece);
+    bool storePiece(Piece& piece, std::vector<QStringList>&& cells);
 
     int convertSpreadsheet(const QString& source, const QString& sheetList, const QString& target, int type, bool formulas);
     int processPieces(int id, const QString& extra);

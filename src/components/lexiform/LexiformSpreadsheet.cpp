@@ -12,6 +12,7 @@
 #include "components/lexiform/XlsxReader.h"
 #include "components/lexiform/ZipPackage.h"
 
+#include <QDateTime>
 #include <QDir>
 #include <QFileInfo>
 #include <QTemporaryDir>
@@ -163,23 +164,19 @@ int Lexiform::convertSpreadsheet(const QString& source, const QString& sheetList
     if (book.sheets.empty())
         return InvalidSheet;
 
-    if (book.sheets.size() == 1) {
-        const SheetTable& sheet = book.sheets.front();
-        if (!writeCsv(target, sheet.rows))
-            return ConversionFailed;
-        pieces_.push_back({target, sheet.number, sheet.name});
-        return Ok;
-    }
-    const QString folder = pieceFolder();
-    if (folder.isEmpty())
+    const QString folder = book.sheets.size() == 1 ? QString() : pieceFolder();
+    if (book.sheets.size() > 1 && folder.isEmpty())
         return ConversionFailed;
-    for (const SheetTable& sheet : book.sheets) {
-        const QString piece = folder + QStringLiteral("/sheet-%1.csv").arg(sheet.number);
-        if (!writeCsv(piece, sheet.rows)) {
+    for (SheetTable& sheet : book.sheets) {
+        Piece piece;
+        piece.path = book.sheets.size() == 1 ? target : folder + QStringLiteral("/sheet-%1.csv").arg(sheet.number);
+        piece.sheetNumber = sheet.number;
+        piece.sheetName = sheet.name;
+        if (!storePiece(piece, std::move(sheet.rows))) {
             pieces_.clear();
             return ConversionFailed;
         }
-        pieces_.push_back({piece, sheet.number, sheet.name});
+        pieces_.push_back(std::move(piece));
     }
     return Ok;
 }
@@ -196,7 +193,10 @@ int Lexiform::SpecialProcessing(int id, const QString& target, const QString& ex
         if (!target.isEmpty()) {
             // A named file is processed on its own, outside the remembered set.
             std::vector<Piece> saved = std::move(pieces_);
-            pieces_ = {{target, 1, QString()}};
+            Piece named;
+            named.path = target;
+            pieces_.clear();
+            pieces_.push_back(std::move(named));
             int rc = processPieces(id, extra);
             pieces_ = std::move(saved);
             return rc;
@@ -234,10 +234,10 @@ int Lexiform::processPieces(int id, const QString& extra)
     }
     if (pieces_.empty())
         return SpCannotOpenFile;
-    for (const Piece& piece : pieces_) {
-        std::vector<CsvRecord> records;
-        if (!readCsvFile(piece.path, records))
+    for (Piece& piece : pieces_) {
+        if (!loadPiece(piece))
             return SpCannotOpenFile;
+        std::vector<CsvRecord> records = std::move(piece.cells);
         switch (id) {
         case SP_CROP_CSV_TO_COLUMNS: cropColumns(records, *list); break;
         case SP_CROP_CSV_TO_ROWS: cropRows(records, *list); break;
@@ -245,10 +245,32 @@ int Lexiform::processPieces(int id, const QString& extra)
         case SP_TRIM_CSV_FILE: trimCells(records); break;
         default: break;
         }
-        if (!writeCsv(piece.path, records))
+        if (!storePiece(piece, std::move(records)))
             return SpCannotOpenTarget;
     }
     return SpOk;
+}
+
+bool Lexiform::storePiece(Piece& piece, std::vector<QStringList>&& cells)
+{
+    piece.writtenSize = -1;
+    if (!writeCsv(piece.path, cells))
+        return false;
+    const QFileInfo info(piece.path);
+    piece.cells = std::move(cells);
+    piece.writtenSize = info.size();
+    piece.writtenTime = info.lastModified().toMSecsSinceEpoch();
+    return true;
+}
+
+bool Lexiform::loadPiece(Piece& piece)
+{
+    const QFileInfo info(piece.path);
+    if (piece.writtenSize >= 0 && info.exists() && info.size() == piece.writtenSize
+        && info.lastModified().toMSecsSinceEpoch() == piece.writtenTime)
+        return true;
+    piece.writtenSize = -1;
+    return readCsvFile(piece.path, piece.cells);
 }
 
 int Lexiform::concatenate(const QString& target, const QString& extra)

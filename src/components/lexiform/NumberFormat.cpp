@@ -1,6 +1,7 @@
 #include "components/lexiform/NumberFormat.h"
 
 #include <QDate>
+#include <QHash>
 #include <QRegularExpression>
 #include <cmath>
 
@@ -185,6 +186,18 @@ QString firstSection(const QString& code, double v, bool* negativeSection)
     return sections[0];
 }
 
+// Cells share a handful of formats, so their analysis is kept per thread.
+const Section& analysed(const QString& section)
+{
+    thread_local QHash<QString, Section> cache;
+    auto it = cache.constFind(section);
+    if (it != cache.constEnd())
+        return *it;
+    if (cache.size() > 4096)
+        cache.clear();
+    return *cache.insert(section, analyse(section));
+}
+
 bool skeletonIsDate(const QString& skeleton)
 {
     for (QChar c : skeleton) {
@@ -331,7 +344,7 @@ QString formatNumber(double v, const QString& formatCode, bool date1904)
         const Section lit = analyse(around);
         return lit.prefix + formatGeneral(negativeSection ? std::fabs(v) : v) + lit.suffix;
     }
-    const Section s = analyse(section);
+    const Section s = analysed(section);
 
     if (skeletonIsDate(s.skeleton)) {
         const QString k = s.skeleton.toLower();

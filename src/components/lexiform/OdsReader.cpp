@@ -3,25 +3,15 @@
 #include "components/lexiform/NumberFormat.h"
 #include "components/lexiform/ZipPackage.h"
 
-#include <QXmlStreamReader>
+#include "components/lexiform/FastXmlReader.h"
 
 namespace lexiform {
 
 namespace {
 
-// Attributes by local name: OpenDocument qualifies every one with a prefix
-// that files are free to choose.
-QString attr(const QXmlStreamAttributes& attributes, QLatin1String localName)
-{
-    for (const QXmlStreamAttribute& a : attributes)
-        if (a.name() == localName)
-            return a.value().toString();
-    return {};
-}
-
 // Text of a cell's <text:p> paragraphs, joined by line feeds, with the
 // spacing elements expanded.
-QString readCellText(QXmlStreamReader& xml)
+QString readCellText(FastXmlReader& xml)
 {
     QString text;
     int paragraphs = 0;
@@ -29,32 +19,31 @@ QString readCellText(QXmlStreamReader& xml)
     int inParagraph = 0;
     while (depth > 0 && !xml.atEnd()) {
         switch (xml.readNext()) {
-        case QXmlStreamReader::StartElement: {
+        case FastXmlReader::StartElement: {
             ++depth;
-            const QStringView n = xml.name();
-            if (n == QLatin1String("p") || n == QLatin1String("h")) {
+            if (xml.isName("p") || xml.isName("h")) {
                 if (paragraphs++)
                     text += QLatin1Char('\n');
                 ++inParagraph;
-            } else if (n == QLatin1String("s")) {
-                int c = attr(xml.attributes(), QLatin1String("c")).toInt();
+            } else if (xml.isName("s")) {
+                int c = xml.attribute("c").toInt();
                 text += QString(std::clamp(c, 1, 1000), QLatin1Char(' '));
-            } else if (n == QLatin1String("tab")) {
+            } else if (xml.isName("tab")) {
                 text += QLatin1Char('\t');
-            } else if (n == QLatin1String("line-break")) {
+            } else if (xml.isName("line-break")) {
                 text += QLatin1Char('\n');
-            } else if (n == QLatin1String("annotation") || n == QLatin1String("note")) {
+            } else if (xml.isName("annotation") || xml.isName("note")) {
                 xml.skipCurrentElement();
                 --depth;
             }
             break;
         }
-        case QXmlStreamReader::EndElement:
+        case FastXmlReader::EndElement:
             --depth;
-            if (xml.name() == QLatin1String("p") || xml.name() == QLatin1String("h"))
+            if (xml.isName("p") || xml.isName("h"))
                 --inParagraph;
             break;
-        case QXmlStreamReader::Characters:
+        case FastXmlReader::Characters:
             if (inParagraph > 0)
                 text += xml.text();
             break;
@@ -115,23 +104,22 @@ public:
     TableReader(const SheetRequest& request) : request_(request) {}
 
     // Reads one <table:table> (the reader stands on its start tag).
-    bool read(QXmlStreamReader& xml, bool keep, SheetTable& table)
+    bool read(FastXmlReader& xml, bool keep, SheetTable& table)
     {
         SheetBuilder builder(request_.limits.maxCells);
         long long row = 0;
         int depth = 1;
         while (depth > 0 && !xml.atEnd()) {
             auto t = xml.readNext();
-            if (t == QXmlStreamReader::EndElement) {
+            if (t == FastXmlReader::EndElement) {
                 --depth;
                 continue;
             }
-            if (t != QXmlStreamReader::StartElement)
+            if (t != FastXmlReader::StartElement)
                 continue;
             ++depth;
-            const QStringView n = xml.name();
-            if (n == QLatin1String("table-row")) {
-                long long repeat = std::max(1LL, attr(xml.attributes(), QLatin1String("number-rows-repeated")).toLongLong());
+            if (xml.isName("table-row")) {
+                long long repeat = std::max(1LL, xml.attribute("number-rows-repeated").toLongLong());
                 if (!keep) {
                     xml.skipCurrentElement();
                     --depth;
@@ -151,8 +139,8 @@ public:
                     for (qsizetype c = 0; c < cells.size(); ++c)
                         if (!builder.set(row, c, cells[c]))
                             return false;
-            } else if (n == QLatin1String("table") || n == QLatin1String("shapes") || n == QLatin1String("named-expressions")
-                       || n == QLatin1String("forms")) {
+            } else if (xml.isName("table") || xml.isName("shapes") || xml.isName("named-expressions")
+                       || xml.isName("forms")) {
                 xml.skipCurrentElement();  // sub-tables and drawings are not cells
                 --depth;
             }
@@ -165,29 +153,27 @@ public:
 
 private:
     // Reads the cells of one row; true when one of them has content.
-    bool readRow(QXmlStreamReader& xml, QStringList& cells)
+    bool readRow(FastXmlReader& xml, QStringList& cells)
     {
         long long pendingBlank = 0;
         bool any = false;
         while (!xml.atEnd()) {
             auto t = xml.readNext();
-            if (t == QXmlStreamReader::EndElement && xml.name() == QLatin1String("table-row"))
+            if (t == FastXmlReader::EndElement && xml.isName("table-row"))
                 break;
-            if (t != QXmlStreamReader::StartElement)
+            if (t != FastXmlReader::StartElement)
                 continue;
-            const QStringView n = xml.name();
-            if (n != QLatin1String("table-cell") && n != QLatin1String("covered-table-cell")) {
+            if (!xml.isName("table-cell") && !xml.isName("covered-table-cell")) {
                 xml.skipCurrentElement();
                 continue;
             }
-            const auto a = xml.attributes();
-            long long repeat = std::max(1LL, attr(a, QLatin1String("number-columns-repeated")).toLongLong());
-            const QString type = attr(a, QLatin1String("value-type"));
-            const QString value = attr(a, QLatin1String("value"));
-            const QString dateValue = attr(a, QLatin1String("date-value"));
-            const QString timeValue = attr(a, QLatin1String("time-value"));
-            const QString boolValue = attr(a, QLatin1String("boolean-value"));
-            const QString formula = attr(a, QLatin1String("formula"));
+            long long repeat = std::max(1LL, xml.attribute("number-columns-repeated").toLongLong());
+            const QString type = xml.attribute("value-type");
+            const QString value = xml.attribute("value");
+            const QString dateValue = xml.attribute("date-value");
+            const QString timeValue = xml.attribute("time-value");
+            const QString boolValue = xml.attribute("boolean-value");
+            const QString formula = xml.attribute("formula");
             QString text = readCellText(xml);
             QString shown;
             if (request_.formulas && !formula.isEmpty()) {
@@ -288,20 +274,20 @@ int readOds(const QString& path, const SheetRequest& request, WorkbookContent& o
     auto member = zip.openMember(QStringLiteral("content.xml"));
     if (!member)
         return SourceInvalid;
-    QXmlStreamReader xml(member.get());
+    FastXmlReader xml(member.get());
     bool sawSpreadsheet = false;
     int number = 0;
     TableReader reader(request);
     while (!xml.atEnd()) {
-        if (xml.readNext() != QXmlStreamReader::StartElement)
+        if (xml.readNext() != FastXmlReader::StartElement)
             continue;
-        if (xml.name() == QLatin1String("spreadsheet")) {
+        if (xml.isName("spreadsheet")) {
             sawSpreadsheet = true;
-        } else if (sawSpreadsheet && xml.name() == QLatin1String("table")) {
+        } else if (sawSpreadsheet && xml.isName("table")) {
             ++number;
             SheetTable table;
             table.number = number;
-            table.name = attr(xml.attributes(), QLatin1String("name"));
+            table.name = xml.attribute("name");
             bool keep = request.sheets.contains(number);
             if (!reader.read(xml, keep, table))
                 return SourceInvalid;

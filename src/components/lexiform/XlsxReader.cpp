@@ -1,5 +1,6 @@
 #include "components/lexiform/XlsxReader.h"
 
+#include "components/lexiform/FastXmlReader.h"
 #include "components/lexiform/NumberFormat.h"
 #include "components/lexiform/ZipPackage.h"
 
@@ -42,25 +43,25 @@ QString folderOf(const QString& part)
 }
 
 // Text of an <si> or <is> element: its <t> elements, leaving out phonetic runs.
-QString readStringItem(QXmlStreamReader& xml)
+QString readStringItem(FastXmlReader& xml)
 {
     QString text;
     int depth = 1;
     int phonetic = 0;
     while (depth > 0 && !xml.atEnd()) {
         switch (xml.readNext()) {
-        case QXmlStreamReader::StartElement:
+        case FastXmlReader::StartElement:
             ++depth;
-            if (xml.name() == QLatin1String("rPh"))
+            if (xml.isName("rPh"))
                 ++phonetic;
-            else if (xml.name() == QLatin1String("t") && !phonetic) {
-                text += xml.readElementText(QXmlStreamReader::IncludeChildElements);
+            else if (xml.isName("t") && !phonetic) {
+                text += xml.readElementText();
                 --depth;
             }
             break;
-        case QXmlStreamReader::EndElement:
+        case FastXmlReader::EndElement:
             --depth;
-            if (xml.name() == QLatin1String("rPh"))
+            if (xml.isName("rPh"))
                 --phonetic;
             break;
         default:
@@ -109,9 +110,9 @@ bool readSharedStrings(const ZipPackage& zip, const QString& path, std::vector<Q
     auto member = zip.openMember(path);
     if (!member)
         return true;  // a workbook without text has none
-    QXmlStreamReader xml(member.get());
+    FastXmlReader xml(member.get());
     while (!xml.atEnd()) {
-        if (xml.readNext() == QXmlStreamReader::StartElement && xml.name() == QLatin1String("si"))
+        if (xml.readNext() == FastXmlReader::StartElement && xml.isName("si"))
             strings.push_back(readStringItem(xml));
     }
     return !member->overLimit() && !member->corrupt() && !xml.hasError();
@@ -135,19 +136,18 @@ public:
         auto member = zip.openMember(path);
         if (!member)
             return SourceInvalid;
-        QXmlStreamReader xml(member.get());
+        FastXmlReader xml(member.get());
         long long row = -1;
         long long nextColumn = 0;
         while (!xml.atEnd()) {
-            auto t = xml.readNext();
-            if (t != QXmlStreamReader::StartElement)
+            if (xml.readNext() != FastXmlReader::StartElement)
                 continue;
-            if (xml.name() == QLatin1String("row")) {
+            if (xml.isName("row")) {
                 bool ok = false;
-                long long r = xml.attributes().value(QLatin1String("r")).toLongLong(&ok);
+                long long r = xml.attribute("r").toLongLong(&ok);
                 row = ok && r >= 1 ? r - 1 : row + 1;
                 nextColumn = 0;
-            } else if (xml.name() == QLatin1String("c")) {
+            } else if (xml.isName("c")) {
                 if (row < 0)
                     row = 0;
                 if (!readCell(xml, row, nextColumn))
@@ -156,8 +156,6 @@ public:
         }
         if (member->overLimit() || member->corrupt() || builder_.overLimit() || xml.hasError())
             return SourceInvalid;
-        if (xml.hasError())
-            return SourceInvalid;
         table.rows = builder_.take();
         if (builder_.overLimit())
             return SourceInvalid;
@@ -165,11 +163,10 @@ public:
     }
 
 private:
-    bool readCell(QXmlStreamReader& xml, long long row, long long& nextColumn)
+    bool readCell(FastXmlReader& xml, long long row, long long& nextColumn)
     {
-        const auto a = xml.attributes();
         long long r = row, column = nextColumn;
-        QStringView ref = a.value(QLatin1String("r"));
+        const QString ref = xml.attribute("r");
         if (!ref.isEmpty()) {
             long long rr = 0, cc = 0;
             if (parseCellReference(ref, rr, cc)) {
@@ -178,23 +175,25 @@ private:
             }
         }
         nextColumn = column + 1;
-        const QString type = a.value(QLatin1String("t")).toString();
-        const int style = a.value(QLatin1String("s")).toInt();
+        const QString type = xml.attribute("t");
+        const int style = xml.attribute("s").toInt();
         QString value, formula, inlineText;
         bool hasFormula = false;
-        while (!xml.atEnd()) {
+        int depth = 1;
+        while (depth > 0 && !xml.atEnd()) {
             auto t = xml.readNext();
-            if (t == QXmlStreamReader::EndElement && xml.name() == QLatin1String("c"))
-                break;
-            if (t != QXmlStreamReader::StartElement)
+            if (t == FastXmlReader::EndElement) {
+                --depth;
                 continue;
-            if (xml.name() == QLatin1String("v")) {
-                value = xml.readElementText(QXmlStreamReader::IncludeChildElements);
-            } else if (xml.name() == QLatin1String("f")) {
-                const auto fa = xml.attributes();
-                const QString ft = fa.value(QLatin1String("t")).toString();
-                const QString si = fa.value(QLatin1String("si")).toString();
-                formula = xml.readElementText(QXmlStreamReader::IncludeChildElements);
+            }
+            if (t != FastXmlReader::StartElement)
+                continue;
+            if (xml.isName("v")) {
+                value = xml.readElementText();
+            } else if (xml.isName("f")) {
+                const QString ft = xml.attribute("t");
+                const QString si = xml.attribute("si");
+                formula = xml.readElementText();
                 hasFormula = true;
                 if (ft == QLatin1String("shared") && !si.isEmpty()) {
                     if (!formula.isEmpty()) {
@@ -203,8 +202,10 @@ private:
                         formula = shiftFormula(it->second.text, r - it->second.row, column - it->second.column);
                     }
                 }
-            } else if (xml.name() == QLatin1String("is")) {
+            } else if (xml.isName("is")) {
                 inlineText = readStringItem(xml);
+            } else {
+                ++depth;
             }
         }
         QString shown;

@@ -26,6 +26,7 @@
 // folding understands UTF-8 and leaves anything else alone. A file that
 // cannot be read leaves an empty list (see loadStatus()).
 
+#include "components/skeinmatch/FolderCompareEngine.h"
 #include "components/skeinmatch/LineDiff.h"
 #include "components/skeinmatch/LineText.h"
 
@@ -122,6 +123,39 @@ public:
     // Lets tests compare on one thread only.
     void setParallel(bool on) { parallel_ = on; }
 
+    // ---- Folder comparison ------------------------------------------------
+    // The walk runs on threads of its own; FolderCompareEngine.h tells how it
+    // behaves and which calls may come from which thread.
+
+    void setFolderOriginal(const std::string& path) { folders_.setFolderOriginal(path); }
+    void setFolderModified(const std::string& path) { folders_.setFolderModified(path); }
+    void setFileFilter(const std::string& patterns) { folders_.setFileFilter(patterns); }
+    void setShowOnlyInMaster(bool on) { folders_.setShowOnlyInMaster(on); }
+    void setShowOnlyInSource(bool on) { folders_.setShowOnlyInSource(on); }
+    void setShowSameInBothPlaces(bool on) { folders_.setShowSameInBothPlaces(on); }
+    void setShowDifferentInBothPlaces(bool on) { folders_.setShowDifferentInBothPlaces(on); }
+    void setDoSubDirectories(bool on) { folders_.setDoSubDirectories(on); }
+    void setContentCompare(bool on) { folders_.setContentCompare(on); }
+    void setIgnoreDateDifferences(bool on) { folders_.setIgnoreDateDifferences(on); }
+    void setFolderEvents(skeinmatch::FolderCompareEvents* events) { folders_.setEvents(events); }
+
+    void StartCompare() { folders_.StartCompare(); }
+    void AbortCompare() { folders_.AbortCompare(); }
+    void ReleaseEngine() { folders_.ReleaseEngine(); }
+    bool InProgress() const { return folders_.InProgress(); }
+    int RecordCount() const { return folders_.RecordCount(); }
+    bool GetRecord(int lIndex, std::string& sName, std::string& sPathOriginal, std::string& sPathModified,
+                   int& lIsFile, int& lOnlyInModified, int& lOnlyInOriginal, int& lSizeCompare, int& lDateCompare,
+                   int& lContentStatus) const
+    {
+        return folders_.GetRecord(lIndex, sName, sPathOriginal, sPathModified, lIsFile, lOnlyInModified,
+                                  lOnlyInOriginal, lSizeCompare, lDateCompare, lContentStatus);
+    }
+    bool GetRecord(int lIndex, skeinmatch::FolderRecord& record) const { return folders_.GetRecord(lIndex, record); }
+    // The tab-delimited folder report; false when it could not be written.
+    bool WriteReport(const std::string& path) const { return folders_.WriteReport(path); }
+    skeinmatch::FolderCompareEngine& folders() { return folders_; }
+
 private:
     void runCompare();
 
@@ -139,4 +173,6 @@ private:
     std::time_t originalTime_ = 0, modifiedTime_ = 0;
     skeinmatch::LineText original_, modified_;
     std::vector<skeinmatch::DiffRecord> records_;
+
+    skeinmatch::FolderCompareEngine folders_;
 };

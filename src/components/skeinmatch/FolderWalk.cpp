@@ -1,0 +1,377 @@
+#include "components/skeinmatch/FolderWalk.h"
+
+#include "components/skeinmatch/DirectoryListing.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <climits>
+#include <cstring>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace skeinmatch {
+namespace {
+
+// Small enough that a folder of thousands of files is shared out among the
+// workers, large enough that queueing costs nothing next to the stat calls.
+constexpr std::size_t kItemsPerBatch = 64;
+constexpr std::size_t kQueuedBatches = 256;
+constexpr std::size_t kBlock = 256 * 1024;
+
+std::string describe(const std::string& what, const std::string& path, int err)
+{
+    return what + " " + path + ": " + std::strerror(err);
+}
+
+// Reads until `want` bytes or the end of the file.
+bool readFull(int fd, char* buf, std::size_t want, std::size_t& got, int& err)
+{
+    got = 0;
+    while (got < want) {
+        const ssize_t n = ::read(fd, buf + got, want - got);
+        if (n < 0) {
+            if (errno == EINTR)
+                continue;
+            err = errno;
+            return false;
+        }
+        if (n == 0)
+            break;
+        got += static_cast<std::size_t>(n);
+    }
+    return true;
+}
+
+template <class T>
+std::int32_t sign(T a, T b)
+{
+    return a > b ? 1 : a < b ? -1 : 0;
+}
+
+bool readLink(const std::string& path, std::string& target, int& err)
+{
+    char buf[PATH_MAX + 1];
+    const ssize_t n = ::readlink(path.c_str(), buf, sizeof buf);
+    if (n < 0) {
+        err = errno;
+        return false;
+    }
+    target.assign(buf, static_cast<std::size_t>(n));
+    return true;
+}
+
+class Fd {
+public:
+    explicit Fd(int fd) : fd_(fd) {}
+    ~Fd()
+    {
+        if (fd_ >= 0)
+            ::close(fd_);
+    }
+    Fd(const Fd&) = delete;
+    Fd& operator=(const Fd&) = delete;
+    int get() const { return fd_; }
+
+private:
+    int fd_;
+};
+
+} // namespace
+
+std::int32_t CompareFileContents(const std::string& a, const std::string& b, const std::atomic<bool>& abort,
+                                 std::string& error)
+{
+    Fd fa(::open(a.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW));
+    if (fa.get() < 0) {
+        error = describe("Cannot open file", a, errno);
+        return kContentUnreadable;
+    }
+    Fd fb(::open(b.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW));
+    if (fb.get() < 0) {
+        error = describe("Cannot open file", b, errno);
+        return kContentUnreadable;
+    }
+    ::posix_fadvise(fa.get(), 0, 0, POSIX_FADV_SEQUENTIAL);
+    ::posix_fadvise(fb.get(), 0, 0, POSIX_FADV_SEQUENTIAL);
+
+    // One pair of buffers per worker thread, kept for the thread's life.
+    thread_local std::unique_ptr<char[]> bufA(new char[kBlock]);
+    thread_local std::unique_ptr<char[]> bufB(new char[kBlock]);
+    for (;;) {
+        std::size_t ga = 0, gb = 0;
+        int err = 0;
+        if (!readFull(fa.get(), bufA.get(), kBlock, ga, err)) {
+            error = describe("Cannot read file", a, err);
+            return kContentUnreadable;
+        }
+        if (!readFull(fb.get(), bufB.get(), kBlock, gb, err)) {
+            error = describe("Cannot read file", b, err);
+            return kContentUnreadable;
+        }
+        if (ga != gb || std::memcmp(bufA.get(), bufB.get(), ga) != 0)
+            return kContentDiffers;
+        if (ga < kBlock || abort.load(std::memory_order_relaxed))
+            return kContentSame;
+    }
+}
+
+std::int32_t CompareModificationTimes(std::int64_t aSec, std::int64_t aNsec, std::int64_t bSec, std::int64_t bNsec)
+{
+    constexpr __int128 kSecond = 1'000'000'000;
+    constexpr __int128 kTolerance = 2 * kSecond;
+    constexpr __int128 kHour = 3600 * kSecond;
+    const __int128 d = (static_cast<__int128>(aSec) - bSec) * kSecond + (static_cast<__int128>(aNsec) - bNsec);
+    const __int128 ad = d < 0 ? -d : d;
+    if (ad <= kTolerance)
+        return 0;
+    const __int128 offHour = ad > kHour ? ad - kHour : kHour - ad;
+    if (offHour <= kTolerance)
+        return 0;
+    return d > 0 ? 1 : -1;
+}
+
+FolderCompareEngine::Run::Run(FolderCompareEngine& engine, Settings settings)
+    : engine_(engine), settings_(std::move(settings)), filter_(settings_.fileFilter)
+{
+}
+
+bool FolderCompareEngine::Run::aborted() const
+{
+    return engine_.abort_.load(std::memory_order_acquire);
+}
+
+void FolderCompareEngine::Run::Execute()
+{
+    const unsigned workers = std::clamp(std::thread::hardware_concurrency(), 2u, 8u);
+    pipeline_ = std::make_unique<OrderedPipeline<FolderBatch>>(
+        &engine_, workers, kQueuedBatches, [this](FolderBatch& b) { process(b); },
+        [this](FolderBatch& b) { publish(b); }, engine_.abort_, engine_.publishMutex_);
+    engine_.raiseStarted();
+    try {
+        walk(std::make_shared<const std::string>(WithTrailingSlash(settings_.folderOriginal)),
+             std::make_shared<const std::string>(WithTrailingSlash(settings_.folderModified)),
+             LastComponent(settings_.folderOriginal), 0);
+    } catch (const std::exception& e) {
+        engine_.raiseError(kFolderErrorStopped, std::string("The comparison stopped early: ") + e.what());
+    }
+    // Every record is delivered before the walk counts as finished.
+    pipeline_->Finish();
+    pipeline_.reset();
+}
+
+bool FolderCompareEngine::Run::walk(std::shared_ptr<const std::string> pathO,
+                                     std::shared_ptr<const std::string> pathM, const std::string& name,
+                                     int depth)
+{
+    if (aborted())
+        return false;
+    std::vector<DirEntry> listO, listM;
+    int errO = 0, errM = 0;
+    const bool okO = ListDirectory(*pathO, listO, errO);
+    const bool okM = ListDirectory(*pathM, listM, errM);
+
+    FolderBatch batch;
+    batch.depth = depth;
+    batch.opensFolder = true;
+    batch.pathOriginal = pathO;
+    batch.pathModified = pathM;
+    batch.folder.sName = name;
+    batch.folder.sPathOriginal = *pathO;
+    batch.folder.sPathModified = *pathM;
+    if (!okO || !okM) {
+        if (!okO)
+            engine_.raiseError(kFolderErrorUnreadableFolder, describe("Cannot read folder", *pathO, errO));
+        if (!okM)
+            engine_.raiseError(kFolderErrorUnreadableFolder, describe("Cannot read folder", *pathM, errM));
+        batch.folder.lContentStatus = kContentUnreadable;
+        batch.folderForced = true;
+        return pipeline_->Push(std::move(batch));
+    }
+
+    // Both listings are in NameOrder, so one pass pairs equal names.
+    struct Pair {
+        const DirEntry* o;
+        const DirEntry* m;
+    };
+    std::vector<Pair> merged;
+    merged.reserve(std::max(listO.size(), listM.size()));
+    std::size_t i = 0, j = 0;
+    while (i < listO.size() || j < listM.size()) {
+        if (j == listM.size()) {
+            merged.push_back({&listO[i++], nullptr});
+        } else if (i == listO.size()) {
+            merged.push_back({nullptr, &listM[j++]});
+        } else if (listO[i].name == listM[j].name) {
+            merged.push_back({&listO[i++], &listM[j++]});
+        } else if (NameOrder()(listO[i].key, listO[i].name, listM[j].key, listM[j].name)) {
+            merged.push_back({&listO[i++], nullptr});
+        } else {
+            merged.push_back({nullptr, &listM[j++]});
+        }
+    }
+
+    const auto isFile = [](const DirEntry* e) {
+        return e && (e->type == EntryType::File || e->type == EntryType::Link);
+    };
+    const auto isFolder = [](const DirEntry* e) { return e && e->type == EntryType::Folder; };
+    const bool everything = filter_.Empty() || filter_.MatchesEverything();
+    const auto freshBatch = [&] {
+        FolderBatch b;
+        b.depth = depth;
+        b.pathOriginal = pathO;
+        b.pathModified = pathM;
+        return b;
+    };
+
+    for (const Pair& p : merged) {
+        const bool fO = isFile(p.o), fM = isFile(p.m);
+        if (!fO && !fM)
+            continue;
+        const std::string& n = fO ? p.o->name : p.m->name;
+        if (!everything && !filter_.Matches(n))
+            continue;
+        batch.items.push_back({n, fO, fM, true});
+        if (batch.items.size() == kItemsPerBatch) {
+            if (!pipeline_->Push(std::move(batch)))
+                return false;
+            batch = freshBatch();
+        }
+    }
+    // Sent even when empty: the folder's record must be known before the
+    // records of its subfolders.
+    if (!pipeline_->Push(std::move(batch)))
+        return false;
+
+    FolderBatch leaves = freshBatch();
+    for (const Pair& p : merged) {
+        const bool dO = isFolder(p.o), dM = isFolder(p.m);
+        if (dO && dM) {
+            if (!settings_.doSubDirectories)
+                continue;
+            if (!leaves.items.empty()) {
+                if (!pipeline_->Push(std::move(leaves)))
+                    return false;
+                leaves = freshBatch();
+            }
+            const std::string& n = p.o->name;
+            if (!walk(std::make_shared<const std::string>(*pathO + n + "/"),
+                      std::make_shared<const std::string>(*pathM + n + "/"), n, depth + 1))
+                return false;
+        } else if (dO || dM) {
+            leaves.items.push_back({dO ? p.o->name : p.m->name, dO, dM, false});
+        }
+    }
+    if (!leaves.items.empty() && !pipeline_->Push(std::move(leaves)))
+        return false;
+    return !aborted();
+}
+
+void FolderCompareEngine::Run::process(FolderBatch& batch)
+{
+    batch.found.clear();
+    for (const FolderItem& item : batch.items) {
+        if (aborted())
+            return;
+        FolderRecord r;
+        r.sName = item.name;
+        r.lIsFile = item.isFile ? 1 : 0;
+        if (item.isFile) {
+            r.sPathOriginal = *batch.pathOriginal;
+            r.sPathModified = *batch.pathModified;
+        } else {
+            r.sPathOriginal = *batch.pathOriginal + item.name + "/";
+            r.sPathModified = *batch.pathModified + item.name + "/";
+        }
+        bool show;
+        if (item.inOriginal && item.inModified) {
+            compareBoth(batch, item, r);
+            const bool failed = r.lContentStatus != kContentSame && r.lContentStatus != kContentDiffers;
+            const bool different = r.lContentStatus != kContentSame || r.lSizeCompare != 0 ||
+                                   (r.lDateCompare != 0 && !settings_.ignoreDateDifferences);
+            show = failed || (different ? settings_.showDifferentInBothPlaces : settings_.showSameInBothPlaces);
+        } else {
+            r.lOnlyInOriginal = item.inOriginal ? 1 : 0;
+            r.lOnlyInModified = item.inModified ? 1 : 0;
+            show = item.inOriginal ? settings_.showOnlyInMaster : settings_.showOnlyInSource;
+        }
+        if (show)
+            batch.found.push_back(std::move(r));
+    }
+}
+
+void FolderCompareEngine::Run::compareBoth(const FolderBatch& batch, const FolderItem& item, FolderRecord& r)
+{
+    const std::string fo = *batch.pathOriginal + item.name;
+    const std::string fm = *batch.pathModified + item.name;
+    const auto statOne = [&](const std::string& path, struct stat& st) {
+        if (::lstat(path.c_str(), &st) != 0) {
+            engine_.raiseError(kFolderErrorUnreadableFile, describe("Cannot read file", path, errno));
+            return false;
+        }
+        if (!S_ISREG(st.st_mode) && !S_ISLNK(st.st_mode)) {
+            engine_.raiseError(kFolderErrorUnreadableFile, "File changed during the comparison: " + path);
+            return false;
+        }
+        return true;
+    };
+    struct stat so, sm;
+    if (!statOne(fo, so) || !statOne(fm, sm)) {
+        r.lContentStatus = kContentUnreadable;
+        return;
+    }
+    r.lSizeCompare = sign(so.st_size, sm.st_size);
+    r.lDateCompare = CompareModificationTimes(so.st_mtim.tv_sec, so.st_mtim.tv_nsec, sm.st_mtim.tv_sec,
+                                              sm.st_mtim.tv_nsec);
+    const bool linkO = S_ISLNK(so.st_mode), linkM = S_ISLNK(sm.st_mode);
+    if (linkO != linkM || r.lSizeCompare != 0) {
+        r.lContentStatus = kContentDiffers;
+    } else if (!settings_.contentCompare) {
+        r.lContentStatus = kContentSame;
+    } else if (linkO) {
+        std::string to, tm;
+        int err = 0;
+        if (!readLink(fo, to, err) || !readLink(fm, tm, err)) {
+            engine_.raiseError(kFolderErrorUnreadableFile, describe("Cannot read link", to.empty() ? fo : fm, err));
+            r.lContentStatus = kContentUnreadable;
+        } else {
+            r.lContentStatus = to == tm ? kContentSame : kContentDiffers;
+        }
+    } else if (so.st_dev == sm.st_dev && so.st_ino == sm.st_ino) {
+        r.lContentStatus = kContentSame;
+    } else {
+        std::string error;
+        r.lContentStatus = CompareFileContents(fo, fm, engine_.abort_, error);
+        if (r.lContentStatus == kContentUnreadable)
+            engine_.raiseError(kFolderErrorUnreadableFile, error);
+    }
+}
+
+void FolderCompareEngine::Run::publish(FolderBatch& batch)
+{
+    std::vector<FolderRecord> out;
+    const auto deliverOpenFolders = [&] {
+        for (Open& o : open_)
+            if (!o.delivered) {
+                out.push_back(o.record);
+                o.delivered = true;
+            }
+    };
+    if (batch.opensFolder) {
+        while (!open_.empty() && open_.back().depth >= batch.depth)
+            open_.pop_back();
+        open_.push_back({batch.depth, std::move(batch.folder), false});
+        if (batch.folderForced)
+            deliverOpenFolders();
+    } else {
+        while (!open_.empty() && open_.back().depth > batch.depth)
+            open_.pop_back();
+    }
+    for (FolderRecord& r : batch.found) {
+        deliverOpenFolders();
+        out.push_back(std::move(r));
+    }
+    engine_.records_.Append(std::move(out));
+}
+
+} // namespace skeinmatch

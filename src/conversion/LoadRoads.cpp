@@ -1,0 +1,45 @@
+#include "conversion/LoadRoads.h"
+
+#include <initializer_list>
+
+namespace {
+
+bool pathHolds(const QString& path, std::initializer_list<const char*> texts)
+{
+    for (const char* t : texts)
+        if (path.contains(QLatin1String(t), Qt::CaseInsensitive))
+            return true;
+    return false;
+}
+
+} // namespace
+
+LoadRoad RoadForEditorFile(const QString& path, bool bHTMLCompareSource)
+{
+    if (pathHolds(path, {".XLS"}))
+        return LoadRoad::Spreadsheet;
+    if (!bHTMLCompareSource && pathHolds(path, {".JHTM", ".XHTM", ".HTM"}))
+        return LoadRoad::Word;
+    if (pathHolds(path, {".REG", ".WPD", ".WPS", ".MCW", ".ANS", ".ASC", ".DOC"}))
+        return LoadRoad::Word;
+    if (pathHolds(path, {".PDF"}))
+        return LoadRoad::Pdf;
+    return LoadRoad::Copy;
+}
+
+bool DiffPaneCopiesFile(const QString& path)
+{
+    return pathHolds(path, {".DAT", ".BAS", ".FRM", ".C", ".cpp", ".TXT", ".RTF", ".JHTM", ".XHTM", ".HTM"});
+}
+
+qint32 WordConversionType(bool bRemoveFormatting)
+{
+    return bRemoveFormatting ? 2 : 6;
+}
+
+bool LooksLikeBinaryData(const QByteArray& head)
+{
+    if (head.startsWith("\xFF\xFE") || head.startsWith("\xFE\xFF") || head.startsWith(QByteArray("\x00\x00\xFE\xFF", 4)))
+        return false;
+    return head.contains('\0');
+}

@@ -1,0 +1,58 @@
+#pragma once
+// The four character formats of a rendered comparison, read from the option
+// set at each use so that a changed option shows at the next render.
+
+#include "settings/clsCompareFileOptions.h"
+
+#include <cstdint>
+
+namespace filecompare {
+
+struct DiffFormat {
+    std::int32_t color;
+    std::int32_t backColor;
+    bool bold;
+    bool underline;
+    bool strikeout;
+    bool italic;
+};
+
+inline DiffFormat DeletionFormat(const clsCompareFileOptions& o)
+{
+    return {o.lViewDeletionForeColor.Data(), o.lViewDeletionBackColor.Data(), o.bViewDeletionBold.Data(),
+            o.bViewDeletionUnderline.Data(), o.bViewDeletionStrikeout.Data(), o.bViewDeletionItalic.Data()};
+}
+
+inline DiffFormat AdditionFormat(const clsCompareFileOptions& o)
+{
+    return {o.lViewAdditionForeColor.Data(), o.lViewAdditionBackColor.Data(), o.bViewAdditionBold.Data(),
+            o.bViewAdditionUnderline.Data(), o.bViewAdditionStrikeout.Data(), o.bViewAdditionItalic.Data()};
+}
+
+inline DiffFormat ChangeFormatOriginal(const clsCompareFileOptions& o)
+{
+    return {o.lViewChangeForeColorOriginal.Data(), o.lViewChangeBackColorOriginal.Data(),
+            o.bViewChangeBoldOriginal.Data(),      o.bViewChangeUnderlineOriginal.Data(),
+            o.bViewChangeStrikeoutOriginal.Data(), o.bViewChangeItalicOriginal.Data()};
+}
+
+inline DiffFormat ChangeFormatModified(const clsCompareFileOptions& o)
+{
+    return {o.lViewChangeForeColorModified.Data(), o.lViewChangeBackColorModified.Data(),
+            o.bViewChangeBoldModified.Data(),      o.bViewChangeUnderlineModified.Data(),
+            o.bViewChangeStrikeoutModified.Data(), o.bViewChangeItalicModified.Data()};
+}
+
+// Kinds of difference records, as character codes.
+inline constexpr int kKindAddition = 'a';
+inline constexpr int kKindDeletion = 'd';
+inline constexpr int kKindChange = 'c';
+
+// Progress of step i of n walked from the end: 100/n on the first step,
+// 100.0 on the last.
+inline double StepPercent(int i, int n)
+{
+    return 100.0 - (double(i) / double(n)) * 100.0;
+}
+
+} // namespace filecompare

@@ -1,0 +1,228 @@
+// Moving between differences: the list of differences, the current one
+// brought into view in every pane, its description in the status bar, and
+// the buttons that move on.
+
+#include "filecompare/FileCompareFormats.h"
+#include "filecompare/FileCompareWidgets.h"
+#include "filecompare/frmCompareFiles.h"
+
+#include <QAction>
+#include <QComboBox>
+#include <QStringList>
+
+using filecompare::DoEvents;
+
+namespace {
+
+QString paragraphText(clsRTBDocument& doc, RichTextBox* box, qint32 paragraph)
+{
+    doc.SelectParagraphs(paragraph, paragraph, false);
+    return box->SelText().left(100);
+}
+
+} // namespace
+
+void frmCompareFiles::UpdateNavigationalDropDownListBox()
+{
+    QStringList rows;
+    const int n = SkeinMacroDiff.DifferenceCount();
+    const QChar q(u'"');
+    for (int i = n - 1; i >= 0; --i) {
+        DoEvents();
+        if (mbAbort)
+            break;
+        SetPanelText(3, QStringLiteral("Updating List Box: ")
+                            + filecompare::FormatPercent(filecompare::StepPercent(i, n))
+                            + QStringLiteral("% Done. Click here to Abort."));
+        int kind = 0, lf = 0, ll = 0, rf = 0, rl = 0;
+        if (!SkeinMacroDiff.GetDifference(i, kind, lf, ll, rf, rl))
+            break;
+        const QString number = QStringLiteral("[") + QString::number(i + 1) + QStringLiteral("] ");
+        if (kind == filecompare::kKindAddition) {
+            const int k = rl + 1 - rf;
+            const QString x = paragraphText(docModified, rtbModified, rf);
+            rows << number + QStringLiteral("Addition of ") + QString::number(k)
+                        + (k == 1 ? QStringLiteral(" line at paragraph (") : QStringLiteral(" lines at paragraph ("))
+                        + QString::number(lf) + QStringLiteral(") : ") + q + x + q;
+        } else if (kind == filecompare::kKindDeletion) {
+            const int k = ll + 1 - lf;
+            const QString x = paragraphText(docOriginal, rtbOriginal, lf);
+            rows << number + QStringLiteral("Deletion of ") + QString::number(k)
+                        + (k == 1 ? QStringLiteral(" line at paragraph (") : QStringLiteral(" lines at paragraph ("))
+                        + QString::number(lf) + QStringLiteral(") : ") + q + x + q;
+        } else if (kind == filecompare::kKindChange) {
+            const int k = qMax(ll - lf, rl - rf) + 1;
+            const QString x = paragraphText(docOriginal, rtbOriginal, lf);
+            rows << number + QString::number(k)
+                        + (k == 1 ? QStringLiteral(" change at paragraph (") : QStringLiteral(" changes at paragraph ("))
+                        + QString::number(lf) + QStringLiteral(") :") + q + x + q;
+        }
+    }
+    mbFillingChangeList = true;
+    cmboChangeListing->clear();
+    for (qsizetype r = rows.size() - 1; r >= 0; --r)
+        cmboChangeListing->addItem(rows.at(r));
+    mbFillingChangeList = false;
+}
+
+void frmCompareFiles::ShowCurrentDifference(bool bUpdateList)
+{
+    const int count = SkeinMacroDiff.DifferenceCount();
+    if (mlCurrentDifference > count)
+        mlCurrentDifference = count;
+    if (mlCurrentDifference < 1) {
+        if (count < 1) {
+            UpdateDifferenceButtons();
+            return;
+        }
+        mlCurrentDifference = 1;
+    }
+    if (bUpdateList) {
+        mbFillingChangeList = true;
+        cmboChangeListing->setCurrentIndex(mlCurrentDifference - 1);
+        mbFillingChangeList = false;
+    }
+    if (!SideBySideShowing())
+        ShowDifferenceAIO();
+    else
+        ShowDifferenceSBS();
+    UpdateDifferenceButtons();
+    UpdateStatusBar();
+    mlPreviousDifference = mlCurrentDifference;
+}
+
+void frmCompareFiles::ShowDifferenceSBS()
+{
+    int kind = 0, lf = 0, ll = 0, rf = 0, rl = 0;
+    if (!SkeinMacroDiff.GetDifference(mlCurrentDifference - 1, kind, lf, ll, rf, rl))
+        return;
+    docOriginal.SelectParagraphs(lf, ll, true);
+    docModified.SelectParagraphs(rf, rl, true);
+    docOriginalDiffFinal.SelectParagraphs(lf, ll, true);
+    docModifiedDiffFinal.SelectParagraphs(rf, rl, true);
+    if (!moFileOptions.bSelectTextInDiffViewer.Data()) {
+        rtbOriginalDiffFinal->setSelLength(1);
+        rtbModifiedDiffFinal->setSelLength(1);
+    }
+}
+
+void frmCompareFiles::ShowDifferenceAIO()
+{
+    int kind = 0, lf = 0, ll = 0, rf = 0, rl = 0;
+    if (!SkeinMacroDiff.GetDifference(mlCurrentDifference - 1, kind, lf, ll, rf, rl))
+        return;
+    docOriginal.SelectParagraphs(lf, ll, false);
+    docModified.SelectParagraphs(rf, rl, false);
+    if (kind != filecompare::kKindAddition) {
+        docAIODiff.SelectParagraphs(lf, ll, true);
+    } else {
+        try {
+            // The added text lies in the seam behind paragraph lLeftLast.
+            docAIODiff.SelectAllTextBetween(ll, ll + 1, false);
+        } catch (const std::exception&) {
+            docAIODiff.SetCursorAt(ll);
+        }
+    }
+    if (!moFileOptions.bSelectTextInDiffViewer.Data())
+        rtbAIODiff->setSelLength(1);
+}
+
+void frmCompareFiles::UpdateDifferenceButtons()
+{
+    const int c = SkeinMacroDiff.DifferenceCount();
+    const int m = mlCurrentDifference;
+    bool unknown = false, first = false, previous = false, next = false, last = false;
+    if (c == 1) {
+        first = true;
+    } else if (c > 1) {
+        unknown = true;
+        first = previous = m != 1;
+        next = last = m != c;
+    }
+    tbShowDifferenceFirst->setEnabled(first);
+    tbShowDifferencePrevious->setEnabled(previous);
+    tbShowDifferenceNext->setEnabled(next);
+    tbShowDifferenceLast->setEnabled(last);
+    // The chooser needs its dialog, which arrives with the rest of navigation.
+    tbShowDifferenceUnknown->setEnabled(false);
+    Q_UNUSED(unknown);
+}
+
+void frmCompareFiles::UpdateStatusBar()
+{
+    int kind = 0, lf = 0, ll = 0, rf = 0, rl = 0;
+    if (!SkeinMacroDiff.GetDifference(mlCurrentDifference - 1, kind, lf, ll, rf, rl))
+        return;
+    const QString number = QStringLiteral("[") + QString::number(mlCurrentDifference) + QStringLiteral("] ");
+    if (kind == filecompare::kKindAddition) {
+        const int k = rl + 1 - rf;
+        SetPanelText(3, number + QStringLiteral("Addition of ") + QString::number(k)
+                            + (k == 1 ? QStringLiteral(" line at paragraph: ") : QStringLiteral(" lines at paragraph: "))
+                            + QString::number(lf));
+    } else if (kind == filecompare::kKindDeletion) {
+        const int k = ll + 1 - lf;
+        SetPanelText(3, number + QStringLiteral("Deletion of ") + QString::number(k)
+                            + (k == 1 ? QStringLiteral(" line at paragraph: ") : QStringLiteral(" lines at paragraph: "))
+                            + QString::number(lf));
+    } else if (kind == filecompare::kKindChange) {
+        SetPanelText(3, number + QStringLiteral("Change at paragraph: ") + QString::number(lf));
+    }
+}
+
+void frmCompareFiles::RefreshStatusBarItems()
+{
+    clsRTBDocument* doc = EditorDocument(mlActiveEditor);
+    if (!doc || !doc->RichTB())
+        return;
+    qint32 column = 0, line = 0;
+    doc->GetEditStatus(column, line);
+    if (column >= 0 && line >= 0)
+        SetPanelText(1, QStringLiteral("Row: ") + QString::number(line) + QStringLiteral("  Column: ")
+                            + QString::number(column));
+    else
+        SetPanelText(1, QString());
+}
+
+void frmCompareFiles::ChangeCurrentLine(bool bUp)
+{
+    docOriginal.ScrollRTB(bUp);
+    docModified.ScrollRTB(bUp);
+    if (!SideBySideShowing()) {
+        docAIODiff.ScrollRTB(bUp);
+    } else {
+        docOriginalDiffFinal.ScrollRTB(bUp);
+        docModifiedDiffFinal.ScrollRTB(bUp);
+    }
+}
+
+void frmCompareFiles::tbShowDifferenceFirst_Click()
+{
+    if (SkeinMacroDiff.DifferenceCount() < 1)
+        return;
+    mlCurrentDifference = 1;
+    ShowCurrentDifference(true);
+}
+
+void frmCompareFiles::tbShowDifferencePrevious_Click()
+{
+    if (SkeinMacroDiff.DifferenceCount() < 1)
+        return;
+    --mlCurrentDifference;
+    ShowCurrentDifference(true);
+}
+
+void frmCompareFiles::tbShowDifferenceNext_Click()
+{
+    if (SkeinMacroDiff.DifferenceCount() < 1)
+        return;
+    ++mlCurrentDifference;
+    ShowCurrentDifference(true);
+}
+
+void frmCompareFiles::tbShowDifferenceLast_Click()
+{
+    if (SkeinMacroDiff.DifferenceCount() < 1)
+        return;
+    mlCurrentDifference = SkeinMacroDiff.DifferenceCount();
+    ShowCurrentDifference(true);
+}

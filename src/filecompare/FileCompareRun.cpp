@@ -1,0 +1,399 @@
+// The compare run: from the loaded editors over two text files and the
+// engine to the rendered view, with its stages shown in the status bar.
+
+#include "filecompare/FileCompareWidgets.h"
+#include "filecompare/frmCompareFiles.h"
+#include "shell/core/modGlobal.h"
+#include "shell/frmPleaseWait.h"
+#include "shell/modMessageBox.h"
+
+#include <QAction>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QFile>
+#include <QFileInfo>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QTextEdit>
+#include <QToolBar>
+
+#include <memory>
+
+using filecompare::DoEvents;
+using filecompare::Sleep;
+
+// Marks a run for as long as it lives: nested requests are refused, and
+// input other than what stops the run is held back.
+class RunScope {
+public:
+    explicit RunScope(frmCompareFiles* viewer)
+        : viewer_(viewer)
+    {
+        if (viewer_->runDepth_++ == 0)
+            guard_ = std::make_unique<filecompare::RunInputGuard>(viewer_);
+    }
+    ~RunScope() { --viewer_->runDepth_; }
+    RunScope(const RunScope&) = delete;
+    RunScope& operator=(const RunScope&) = delete;
+
+private:
+    frmCompareFiles* viewer_;
+    std::unique_ptr<filecompare::RunInputGuard> guard_;
+};
+
+namespace {
+
+QString bareFileName(const QString& path)
+{
+    return QFileInfo(path).fileName();
+}
+
+bool eitherHolds(const QString& a, const QString& b, const char* text)
+{
+    return a.contains(QLatin1String(text), Qt::CaseInsensitive)
+        || b.contains(QLatin1String(text), Qt::CaseInsensitive);
+}
+
+} // namespace
+
+bool frmCompareFiles::SideBySideShowing() const
+{
+    return cmdChangeViewFormat->text() != QLatin1String(kViewSideBySide);
+}
+
+// --- requests ----------------------------------------------------------------------------
+
+void frmCompareFiles::RefreshDisplay(bool bReload, bool bShowDifference)
+{
+    if (runDepth_ > 0) {
+        // A request in the middle of a run (the refresh timer, say) would
+        // share the engine, the work boxes and the text files with it: it
+        // waits, and the run is repeated once when this one ends.
+        rerunPending_ = true;
+        rerunReload_ = bReload;
+        rerunShowDifference_ = bShowDifference;
+        return;
+    }
+    rerunPending_ = false;
+    refreshDisplayOnce(bReload, bShowDifference);
+    if (rerunPending_ && !mbAbort && !closeWhenIdle_) {
+        rerunPending_ = false;
+        refreshDisplayOnce(rerunReload_, rerunShowDifference_);
+    }
+    rerunPending_ = false;
+    closeIfAsked();
+}
+
+void frmCompareFiles::refreshDisplayOnce(bool bReload, bool bShowDifference)
+{
+    RunScope scope(this);
+    mlStartTicks.start();
+    PleaseWait->Setup(this);
+    PleaseWait->ShowNonModal();
+    frameFilterButtons->hide();
+    Sleep(10);
+    if (bReload) {
+        SetPanelText(3, QStringLiteral("Re-loading files..."));
+        DoEvents();
+        const QString original = cbSelectOriginal->currentText();
+        const QString modified = cbSelectModified->currentText();
+        WarnIfHTMLAndRetainingFormatting(original, modified);
+        WarnIfXLSAndWordWrapIsTrue(original, modified);
+        WarnIfDOCAndIsBigFile(original, modified);
+        // The Modified side first, on purpose.
+        if (!LoadModifiedFile(modified) || !LoadOriginalFile(original)) {
+            PleaseWait->hide();
+            return;
+        }
+    }
+    if (!SideBySideShowing())
+        mbSideBySideFresh = false;
+    else
+        mbAllInOneFresh = false;
+    RunCompare(bShowDifference);
+    PleaseWait->hide();
+    frameFilterButtons->show();
+}
+
+void frmCompareFiles::RefreshDisplayCommandLine(qint32 lReportStyle)
+{
+    if (runDepth_ > 0)
+        return;
+    {
+        RunScope scope(this);
+        mlStartTicks.start();
+        PleaseWait->Setup(this);
+        PleaseWait->ShowNonModal();
+        Sleep(10);
+        SetPanelText(3, QStringLiteral("Loading files..."));
+        if (lReportStyle == 1) {
+            cmdChangeViewFormat->setText(QLatin1String(kViewSideBySide));
+            showAllInOnePane();
+            mbAllInOneFresh = false;
+        } else {
+            cmdChangeViewFormat->setText(QLatin1String(kViewAllInOne));
+            showSideBySidePanes();
+            mbSideBySideFresh = false;
+        }
+        DoEvents();
+        // No questions in a batch run; a file that fails ends it here, with
+        // the wait window left for the batch driver to close.
+        if (LoadModifiedFile(moFileOptions.sFileModified.Data())
+            && LoadOriginalFile(moFileOptions.sFileOriginal.Data())) {
+            RunCompare(true);
+            PleaseWait->hide();
+        }
+    }
+    closeIfAsked();
+}
+
+// --- the run -------------------------------------------------------------------------------
+
+void frmCompareFiles::RunCompare(bool bShowDifference)
+{
+    RunScope scope(this);
+    const qint32 rememberedDifference = mlCurrentDifference;
+    {
+        filecompare::BusyCursor busy;
+        DoEvents();
+        mbAbort = false;
+        tbAbort->setVisible(true);
+        cmdChangeViewFormat->hide();
+        SetPanelText(3, QStringLiteral("Comparing..."));
+        SetPanelText(5, QStringLiteral("---"));
+        DoEvents();
+
+        // The engine counts lines at line feeds and the paragraph index too;
+        // a doubled carriage return would make them disagree, so such a text
+        // is flattened to plain text.
+        const QString doubled = QStringLiteral("\r\r");
+        for (RichTextBox* editor : {rtbOriginal, rtbModified}) {
+            const QString text = editor->Text();
+            if (text.contains(doubled))
+                editor->setText(QString(text).remove(doubled));
+        }
+
+        rtbOriginalDiff->setTextRTF(rtbOriginal->TextRTF());
+        rtbModifiedDiff->setTextRTF(rtbModified->TextRTF());
+        // An unchanged editor keeps its index from the last run, and so does
+        // its work copy, which holds the same text again.
+        if (mbOriginalDirty) {
+            docOriginal.ParagraphCollectionCreate();
+            docOriginalDiff.ParagraphCollectionCreate();
+        }
+        if (mbModifiedDirty) {
+            docModified.ParagraphCollectionCreate();
+            docModifiedDiff.ParagraphCollectionCreate();
+        }
+        CompareDocuments(2);
+        UpdateNavigationalDropDownListBox();
+
+        rtbDeletions->setText(QString());
+        rtbAdditions->setText(QString());
+        rtbChanges->setText(QString());
+        mlChangeCount = mlAdditionCount = mlDeletionCount = 0;
+
+        // Rendering happens off screen; the shown panes change at once when
+        // it is done.
+        if (!SideBySideShowing()) {
+            rtbAIODiff->setTextRTF(rtbOriginal->TextRTF());
+            docAIODiff.ParagraphCollectionCreate();
+            UpdateChangesToRTFFileAIO();
+            mbAllInOneFresh = true;
+            showAllInOnePane();
+        } else {
+            UpdateChangesToRTFFile_SBS();
+            rtbOriginalDiffFinal->setTextRTF(rtbOriginalDiff->TextRTF());
+            rtbModifiedDiffFinal->setTextRTF(rtbModifiedDiff->TextRTF());
+            docOriginalDiffFinal.ParagraphCollectionCreate();
+            docModifiedDiffFinal.ParagraphCollectionCreate();
+            mbSideBySideFresh = true;
+            showSideBySidePanes();
+        }
+        // A large document is held in up to six boxes during a run.
+        rtbOriginalDiff->setTextRTF(RichText());
+        rtbModifiedDiff->setTextRTF(RichText());
+    }
+
+    if (mbAbort) {
+        // What was rendered up to the abort stays on view; nothing else moves.
+        tbAbort->setVisible(false);
+        cmdChangeViewFormat->show();
+        SetPanelText(3, QStringLiteral("Compare Aborted"));
+        emit runFinished();
+        return;
+    }
+    if (SkeinMacroDiff.DifferenceCount() == 0)
+        SetPanelText(3, QStringLiteral("Compare Completed. No differences detected."));
+    const qint64 elapsed = mlStartTicks.isValid() ? mlStartTicks.elapsed() : 0;
+    SetPanelText(5, filecompare::FormatSeconds(double(elapsed) / 1000.0) + QStringLiteral(" (Sec)"));
+    mbOriginalDirty = false;
+    mbModifiedDirty = false;
+    SetPanelText(2, QString());
+    if (bShowDifference) {
+        mlCurrentDifference = rememberedDifference;
+        ShowCurrentDifference(true);
+    }
+    tbAbort->setVisible(false);
+    cmdChangeViewFormat->show();
+    rbShowDeletions->setVisible(mlDeletionCount >= 1);
+    rbShowChanges->setVisible(mlChangeCount >= 1);
+    rbShowAdditions->setVisible(mlAdditionCount >= 1);
+    rbShowAll->setChecked(true);
+    if (moFileOptions.bBeepWhenDone.Data())
+        filecompare::Beep();
+    emit runFinished();
+}
+
+void frmCompareFiles::CompareDocuments(qint32 lMode)
+{
+    SetPanelText(3, QStringLiteral("Compare In Process..."));
+    filecompare::BusyCursor busy;
+    if (lMode == 1) {
+        WriteWordLines(rtbOriginal->Text(), gsMasterTextFile);
+        WriteWordLines(rtbModified->Text(), gsSourceTextFile);
+    } else {
+        WriteWholeText(rtbOriginal->Text(), gsMasterTextFile);
+        WriteWholeText(rtbModified->Text(), gsSourceTextFile);
+    }
+    Skeinmatch& e = SkeinMacroDiff;
+    e.setMasterFile(QFile::encodeName(gsMasterTextFile).toStdString());
+    e.setSourceFile(QFile::encodeName(gsSourceTextFile).toStdString());
+    e.setIgnoreCase(moFileOptions.bIgnoreCase.Data());
+    e.setIgnoreEmptyLines(moFileOptions.bIgnoreEmptyLines.Data());
+    e.setIgnoreWhitespace(moFileOptions.bIgnoreWhitespace.Data());
+    e.setQuickCompare(false);
+    e.setCompareFaster(moFileOptions.bCompareFaster.Data());
+    e.setShowChangesInLargerSections(moFileOptions.bShowChangesInLargerSections.Data());
+    e.setUseLineBracket(moFileOptions.bUseLineBracket.Data());
+    e.setLineBracket(moFileOptions.lLineBracket.Data());
+    e.setCompareMode(0);
+    e.CompareFiles();
+}
+
+bool frmCompareFiles::WriteWholeText(const QString& sText, const QString& sFile)
+{
+    // One paragraph is one line, and the text's last paragraph ends the file.
+    QFile f(sFile);
+    if (sFile.isEmpty() || !f.open(QIODevice::WriteOnly | QIODevice::Truncate))
+        return false;
+    QByteArray bytes = sText.toUtf8();
+    bytes.append("\r\n");
+    return f.write(bytes) == bytes.size();
+}
+
+// --- questions -----------------------------------------------------------------------------
+
+void frmCompareFiles::WarnIfDOCAndIsBigFile(const QString& sOriginal, const QString& sModified)
+{
+    if (bWarnedAboutLargeWordDocAlready || cbRemoveFormatting->isChecked())
+        return;
+    if (!eitherHolds(sOriginal, sModified, ".DOC"))
+        return;
+    const MsgAnswer answer = MsgBox(
+        this,
+        QStringLiteral("For extremely large MS Word files you may want to 'Remove Formatting' (Pure Text "
+                       "Compare).\n\nRemove formatting ?"),
+        MsgButtons::YesNo, MsgIcon::Information, QStringLiteral("Compare"));
+    bWarnedAboutLargeWordDocAlready = true;
+    if (answer != MsgAnswer::Yes)
+        return;
+    cbRemoveFormatting->setChecked(true);
+    MsgBox(this, QStringLiteral("Your view options have been updated"), MsgButtons::OK, MsgIcon::Information,
+           QStringLiteral("Compare Options Updated"));
+    MsgBox(this,
+           QStringLiteral("You can restore 'Formatting' by going to 'Compare Options' then uncheck 'Remove "
+                          "Formatting'"),
+           MsgButtons::OK, MsgIcon::Information, QStringLiteral("Compare Options Updated"));
+}
+
+void frmCompareFiles::WarnIfXLSAndWordWrapIsTrue(const QString& sOriginal, const QString& sModified)
+{
+    if (bWarnedAboutXLSWordWrapAlready || !mnuWordWrap->isChecked())
+        return;
+    if (!eitherHolds(sOriginal, sModified, ".XLS"))
+        return;
+    const MsgAnswer answer =
+        MsgBox(this,
+               QStringLiteral("When comparing XLS, it is best to turn the 'Word Wrap' view option off.  Turn of "
+                              "'Word Wrap'?"),
+               MsgButtons::YesNo, MsgIcon::Information, QStringLiteral("Compare"));
+    bWarnedAboutXLSWordWrapAlready = true;
+    if (answer != MsgAnswer::Yes)
+        return;
+    mnuWordWrap->setChecked(!mnuWordWrap->isChecked());
+    mnuWordWrap_Click();
+    MsgBox(this, QStringLiteral("Your view options have been updated"), MsgButtons::OK, MsgIcon::Information,
+           QStringLiteral("View Options Updated"));
+    MsgBox(this, QStringLiteral("You can restore 'Word Wrap' from the 'View' menu."), MsgButtons::OK,
+           MsgIcon::Information, QStringLiteral("View Options Updated"));
+}
+
+void frmCompareFiles::WarnIfHTMLAndRetainingFormatting(const QString& sOriginal, const QString& sModified)
+{
+    if (bWarnedAboutHTMLAlready || moFileOptions.bRemoveFormatting.Data()
+        || moFileOptions.bHTMLCompareSource.Data())
+        return;
+    if (!eitherHolds(sOriginal, sModified, ".HTM"))
+        return;
+    const MsgAnswer answer = MsgBox(
+        this,
+        QStringLiteral("When comparing HTML, it is best to remove formatting and do a textual compare.  Remove "
+                       "formatting?"),
+        MsgButtons::YesNo, MsgIcon::Information, QStringLiteral("Compare"));
+    bWarnedAboutHTMLAlready = true;
+    if (answer != MsgAnswer::Yes)
+        return;
+    moFileOptions.bRemoveFormatting = true;
+    RefreshCompareOptionsGUI();
+    MsgBox(this, QStringLiteral("Your compare options have been updated"), MsgButtons::OK, MsgIcon::Information,
+           QStringLiteral("Compare Options Updated"));
+}
+
+// --- caption and the view switch -------------------------------------------------------------
+
+void frmCompareFiles::UpdateWindowCaption()
+{
+    QString n = sDescription;
+    n.remove(QStringLiteral("_CompareFile"));
+    const QString original = cbSelectOriginal->currentText();
+    const QString modified = cbSelectModified->currentText();
+    if (original.isEmpty() || modified.isEmpty())
+        setWindowTitle(QStringLiteral("(") + n + QStringLiteral(") Compare Files"));
+    else
+        setWindowTitle(QStringLiteral("(") + n + QStringLiteral(") ") + bareFileName(original)
+                       + QStringLiteral(" vs. ") + bareFileName(modified));
+}
+
+void frmCompareFiles::cmdChangeViewFormat_Click()
+{
+    if (runDepth_ > 0)
+        return;
+    {
+        RunScope scope(this);
+        PleaseWait->Setup(this);
+        PleaseWait->ShowNonModal();
+        Sleep(10);
+        bool ran = false;
+        if (!SideBySideShowing()) {
+            showSideBySidePanes();
+            cmdChangeViewFormat->setText(QLatin1String(kViewAllInOne));
+        } else {
+            cmdChangeViewFormat->setText(QLatin1String(kViewSideBySide));
+            showAllInOnePane();
+        }
+        // A view that still shows the last compare comes up at once.
+        const bool fresh = SideBySideShowing() ? mbSideBySideFresh : mbAllInOneFresh;
+        if (!fresh) {
+            mlStartTicks.start();
+            RunCompare(true);
+            ran = true;
+        }
+        rtbAdditions->view()->hide();
+        rtbDeletions->view()->hide();
+        rtbChanges->view()->hide();
+        ShowCurrentDifference(ran);
+        PleaseWait->hide();
+    }
+    closeIfAsked();
+}

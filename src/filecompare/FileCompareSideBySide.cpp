@@ -1,0 +1,248 @@
+// The side-by-side rendering: the difference records coloured into copies of
+// the two editors, from the last record to the first, with each changed
+// section compared a second time word by word.
+
+#include "document/ClsAPIHighlight.h"
+#include "filecompare/FileCompareFormats.h"
+#include "filecompare/FileCompareWidgets.h"
+#include "filecompare/frmCompareFiles.h"
+#include "shell/core/modGlobal.h"
+
+#include <QFile>
+#include <QTextEdit>
+
+#include <vector>
+
+using filecompare::DiffFormat;
+using filecompare::DoEvents;
+using filecompare::Sleep;
+using filecompare::StepPercent;
+
+namespace {
+
+bool isWordDelimiter(QChar c)
+{
+    const char16_t u = c.unicode();
+    return u == 10 || u == 13 || u == 32 || u == 7;
+}
+
+// Where the delimiters of a box's text lie (1-based), kept for the last box
+// asked about: a section's words are looked up many times between two edits,
+// and the walk from the start for every lookup would be quadratic.
+struct DelimiterIndex {
+    const RichTextBox* box = nullptr;
+    QString text;  // holds the box's text buffer, so a new buffer means a new text
+    std::vector<qint32> delimiters;
+};
+
+const std::vector<qint32>& delimitersOf(const RichTextBox* box, const QString& text)
+{
+    static DelimiterIndex cache;
+    if (cache.box != box || cache.text.constData() != text.constData() || cache.text.size() != text.size()) {
+        cache.box = box;
+        cache.text = text;
+        cache.delimiters.clear();
+        for (qsizetype i = 0; i < text.size(); ++i)
+            if (isWordDelimiter(text.at(i)))
+                cache.delimiters.push_back(qint32(i + 1));
+    }
+    return cache.delimiters;
+}
+
+// The span a changed section occupies in a work pane, by the editor's index:
+// the section left the editor without its paragraph break, so the span it
+// replaces must leave that break alone too.
+void replaceSection(RichTextBox* work, const clsRTBDocument& reference, qint32 first, qint32 last,
+                    const RichTextBox* section)
+{
+    const qint32 start = reference.GetFirstCharLocationOfParagraph(first);
+    qint32 end = reference.GetLastCharLocationOfParagraph(last);
+    if (end > start && end - 1 < work->TextLength() && work->characterAt(end - 1) == QLatin1Char('\n'))
+        --end;
+    work->setSelStart(start);
+    work->setSelLength(qMax(0, end - start));
+    work->setSelRTF(section->TextRTF());
+}
+
+} // namespace
+
+void frmCompareFiles::UpdateChangesToRTFFile_SBS()
+{
+    const int n = SkeinMacroDiff.DifferenceCount();
+    if (n == 0)
+        return;
+    for (int i = n - 1; i >= 0; --i) {
+        DoEvents();
+        if (mbAbort)
+            return;
+        SetPanelText(3, QStringLiteral("Document ") + filecompare::FormatPercent(StepPercent(i, n))
+                            + QStringLiteral("% Done. Click here to Abort."));
+        int kind = 0, lf = 0, ll = 0, rf = 0, rl = 0;
+        if (!SkeinMacroDiff.GetDifference(i, kind, lf, ll, rf, rl))
+            return;
+        if (kind == filecompare::kKindChange) {
+            ++mlChangeCount;
+            ColorizeParagraphsInRTB_SBS(lf, ll, rf, rl);
+            docOriginalDiff.SelectParagraphs(lf, ll, true);
+            // The Original's text of the section, then the Modified's, each
+            // as a paragraph of its own.
+            rtbChanges->setSelStart(0);
+            const RichText lineBreak = RichText::fromPlainText(QStringLiteral("\n"));
+            rtbChanges->setSelRTF(rtbOriginalDiffTemp->TextRTF() + lineBreak + rtbModifiedDiffTemp->TextRTF()
+                                  + lineBreak);
+        } else if (kind == filecompare::kKindDeletion) {
+            ++mlDeletionCount;
+            const DiffFormat f = filecompare::DeletionFormat(moFileOptions);
+            docOriginalDiff.ColorizeParagraphs(lf, ll, f.color, f.backColor, f.bold, f.underline, f.strikeout,
+                                               f.italic);
+            docOriginalDiff.SelectParagraphs(lf, ll, true);
+            rtbDeletions->setSelStart(0);
+            rtbDeletions->setSelRTF(rtbOriginalDiff->SelRTF());
+        } else if (kind == filecompare::kKindAddition) {
+            ++mlAdditionCount;
+            const DiffFormat f = filecompare::AdditionFormat(moFileOptions);
+            docModifiedDiff.ColorizeParagraphs(rf, rl, f.color, f.backColor, f.bold, f.underline, f.strikeout,
+                                               f.italic);
+            docModifiedDiff.SelectParagraphs(rf, rl, true);
+            rtbAdditions->setSelStart(0);
+            rtbAdditions->setSelRTF(rtbModifiedDiff->SelRTF());
+        }
+        Sleep(0);
+    }
+}
+
+void frmCompareFiles::ColorizeParagraphsInRTB_SBS(qint32 lLeftFirst, qint32 lLeftLast, qint32 lRightFirst,
+                                                   qint32 lRightLast)
+{
+    docOriginal.SelectParagraphs(lLeftFirst, lLeftLast, false);
+    rtbOriginalDiffTemp->setTextRTF(rtbOriginal->SelRTF());
+    docModified.SelectParagraphs(lRightFirst, lRightLast, false);
+    rtbModifiedDiffTemp->setTextRTF(rtbModified->SelRTF());
+    CompareSectionWords();
+    UpdateChangesToParagraphsRTF_SBS();
+    // The editors' indexes never change during the pass, and everything the
+    // work panes changed so far lies behind this record.
+    replaceSection(rtbOriginalDiff, docOriginal, lLeftFirst, lLeftLast, rtbOriginalDiffTemp);
+    replaceSection(rtbModifiedDiff, docModified, lRightFirst, lRightLast, rtbModifiedDiffTemp);
+}
+
+void frmCompareFiles::UpdateChangesToParagraphsRTF_SBS()
+{
+    const int n = SkeinMiniDiff.DifferenceCount();
+    for (int i = n - 1; i >= 0; --i) {
+        DoEvents();
+        if (mbAbort)
+            break;
+        SetPanelText(2, QStringLiteral("Section: ") + filecompare::FormatPercent(StepPercent(i, n))
+                            + QStringLiteral("% Done"));
+        int kind = 0, lf = 0, ll = 0, rf = 0, rl = 0;
+        if (!SkeinMiniDiff.GetDifference(i, kind, lf, ll, rf, rl))
+            break;
+        if (kind == filecompare::kKindAddition) {
+            const DiffFormat f = filecompare::AdditionFormat(moFileOptions);
+            FormatWordRange(rtbModifiedDiffTemp, rf, rl, f.color, f.backColor, f.bold, f.underline, f.strikeout,
+                            f.italic);
+        } else if (kind == filecompare::kKindDeletion) {
+            const DiffFormat f = filecompare::DeletionFormat(moFileOptions);
+            FormatWordRange(rtbOriginalDiffTemp, lf, ll, f.color, f.backColor, f.bold, f.underline, f.strikeout,
+                            f.italic);
+        } else if (kind == filecompare::kKindChange) {
+            const DiffFormat m = filecompare::ChangeFormatModified(moFileOptions);
+            FormatWordRange(rtbModifiedDiffTemp, rf, rl, m.color, m.backColor, m.bold, m.underline, m.strikeout,
+                            m.italic);
+            const DiffFormat o = filecompare::ChangeFormatOriginal(moFileOptions);
+            FormatWordRange(rtbOriginalDiffTemp, lf, ll, o.color, o.backColor, o.bold, o.underline, o.strikeout,
+                            o.italic);
+        }
+        Sleep(0);
+    }
+    SetPanelText(2, QString());
+}
+
+void frmCompareFiles::CompareSectionWords()
+{
+    filecompare::BusyCursor busy;
+    WriteWordLines(rtbOriginalDiffTemp->Text(), gsMasterTextFile);
+    WriteWordLines(rtbModifiedDiffTemp->Text(), gsSourceTextFile);
+    Skeinmatch& e = SkeinMiniDiff;
+    e.setMasterFile(QFile::encodeName(gsMasterTextFile).toStdString());
+    e.setSourceFile(QFile::encodeName(gsSourceTextFile).toStdString());
+    e.setIgnoreCase(moFileOptions.bIgnoreCase.Data());
+    // An empty line of a word file is a line end of the text and must count.
+    e.setIgnoreEmptyLines(false);
+    e.setIgnoreWhitespace(moFileOptions.bIgnoreWhitespace.Data());
+    e.setCompareMode(0);
+    e.CompareFiles();
+}
+
+bool frmCompareFiles::WriteWordLines(const QString& sText, const QString& sFile)
+{
+    // A token ends behind its delimiter. A line-end delimiter is replaced by
+    // the line end written behind every token, so the file has exactly one
+    // line per word and its line numbers are the word numbers of
+    // FindWordBounds; a blank or a bell stays at the end of its word.
+    QFile f(sFile);
+    if (sFile.isEmpty() || !f.open(QIODevice::WriteOnly | QIODevice::Truncate))
+        return false;
+    QByteArray out;
+    out.reserve(sText.size() + sText.size() / 4 + 16);
+    qsizetype start = 0;
+    auto emitToken = [&](qsizetype end, bool dropLast) {
+        out.append(sText.mid(start, end - start - (dropLast ? 1 : 0)).toUtf8());
+        out.append("\r\n");
+        start = end;
+    };
+    for (qsizetype i = 0; i < sText.size(); ++i) {
+        const QChar c = sText.at(i);
+        if (isWordDelimiter(c))
+            emitToken(i + 1, c.unicode() == 10 || c.unicode() == 13);
+    }
+    if (start < sText.size())
+        emitToken(sText.size(), false);
+    return f.write(out) == out.size();
+}
+
+bool frmCompareFiles::FindWordBounds(const RichTextBox* rtb, qint32 lWord, qint32& lFirst, qint32& lLast)
+{
+    if (lWord == 0) {
+        lFirst = 0;
+        lLast = 0;
+        return true;
+    }
+    const QString s = rtb->Text();
+    const std::vector<qint32>& delimiters = delimitersOf(rtb, s);
+    const auto count = qint32(delimiters.size());
+    if (lWord >= 1 && lWord <= count) {
+        lLast = delimiters[size_t(lWord - 1)];
+        lFirst = lWord == 1 ? 1 : delimiters[size_t(lWord - 2)];
+    } else {
+        // Past the last delimiter: the word runs to the end of the text.
+        lFirst = count == 0 ? 1 : delimiters.back();
+        lLast = qint32(s.size()) + 1;
+    }
+    return lFirst != -1;
+}
+
+void frmCompareFiles::FormatWordRange(RichTextBox* rtb, qint32 lFromWord, qint32 lToWord, std::int32_t lColor,
+                                      std::int32_t lBackColor, bool bBold, bool bUnderline, bool bStrikeout,
+                                      bool bItalic)
+{
+    qint32 lFirst = 0, lLast = 0, unused = 0;
+    if (!FindWordBounds(rtb, lFromWord, lFirst, unused))
+        return;
+    if (!FindWordBounds(rtb, lToWord, unused, lLast))
+        return;
+    if (lFirst == 0)
+        lFirst = 1;
+    rtb->setSelStart(lFirst - 1);
+    rtb->setSelLength(qMax(0, lLast - lFirst + 1));
+    rtb->setSelColor(lColor);
+    rtb->setSelBold(bBold);
+    rtb->setSelUnderline(bUnderline);
+    rtb->setSelStrikeThru(bStrikeout);
+    rtb->setSelItalic(bItalic);
+    ClsAPIHighlight highlight;
+    highlight.AssignControls(rtb);
+    highlight.APIHighlightHard(lBackColor);
+    rtb->setSelLength(0);
+}

@@ -1,0 +1,8 @@
+#include "shell/Resources.h"
+
+#include <QtGlobal>
+
+void InitProgramResources()
+{
+    Q_INIT_RESOURCE(tallyvane);
+}

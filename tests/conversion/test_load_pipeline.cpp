@@ -1,0 +1,180 @@
+// The road of a file into an editor: which road a name takes, the fixture
+// files of each encoding and line-end convention arriving with the right
+// text, and bad input refused with its message while the editor keeps what
+// it held and the user's file stays as it was.
+
+#include "conversion/LoadRoads.h"
+#include "filecompare/viewer_fixture.h"
+
+#include <QComboBox>
+#include <QFile>
+
+using tvtest::ViewerTest;
+
+namespace {
+
+TEST(LoadRoads, TheFirstExtensionFoundAnywhereInThePathDecides)
+{
+    EXPECT_EQ(RoadForEditorFile("/x/report.xls.doc", false), LoadRoad::Spreadsheet);
+    EXPECT_EQ(RoadForEditorFile("/x/report.doc.pdf", false), LoadRoad::Word);
+    EXPECT_EQ(RoadForEditorFile("/old.docs/a.txt", false), LoadRoad::Word);
+    EXPECT_EQ(RoadForEditorFile("/x/a.HTM", false), LoadRoad::Word);
+    EXPECT_EQ(RoadForEditorFile("/x/a.HTM", true), LoadRoad::Copy);
+    EXPECT_EQ(RoadForEditorFile("/x/a.Pdf", false), LoadRoad::Pdf);
+    EXPECT_EQ(RoadForEditorFile("/x/a.txt", false), LoadRoad::Copy);
+    EXPECT_EQ(RoadForEditorFile("/x/a.rtf", true), LoadRoad::Copy);
+    // The diff panes' list: ".C" also hits ".CSV" and ".com".
+    EXPECT_TRUE(DiffPaneCopiesFile("/x/data.csv"));
+    EXPECT_TRUE(DiffPaneCopiesFile("/x/page.html"));
+    EXPECT_FALSE(DiffPaneCopiesFile("/x/letter.odt"));
+    EXPECT_EQ(WordConversionType(true), 2);
+    EXPECT_EQ(WordConversionType(false), 6);
+}
+
+TEST(LoadRoads, BinaryDataIsTextWithNulBytesAndNoWideByteOrderMark)
+{
+    EXPECT_TRUE(LooksLikeBinaryData(QByteArray("PK\x03\x04\x00\x00", 6)));
+    EXPECT_FALSE(LooksLikeBinaryData("plain text"));
+    EXPECT_FALSE(LooksLikeBinaryData(QByteArray("\xFF\xFEx\x00", 4)));
+    EXPECT_FALSE(LooksLikeBinaryData(QByteArray("\xFE\xFF\x00x", 4)));
+}
+
+class LoadPipelineTest : public ViewerTest {
+protected:
+    static QString fixture(const char* name) { return tvtest::qDataPath(QLatin1String(name)); }
+    static QString expected(const char* name)
+    {
+        return QString::fromUtf8(tvtest::readFile(tvtest::dataPath(std::string(name) + ".expected.txt")));
+    }
+};
+
+TEST_F(LoadPipelineTest, TextFilesOfEveryConventionArriveAsTheirText)
+{
+    for (const char* name : {"text-lf-original.txt", "text-crlf-original.txt", "latin1-original.txt",
+                             "utf16le-original.txt"}) {
+        ASSERT_TRUE(viewer->LoadOriginalFile(fixture(name))) << name;
+        const QString want = name == std::string("text-lf-original.txt")
+                           ? QString::fromUtf8(tvtest::readFile(tvtest::dataPath(name)))
+                           : expected(name);
+        EXPECT_EQ(viewer->rtbOriginal->Text(), want) << name;
+    }
+}
+
+TEST_F(LoadPipelineTest, FixturePairsCompareThroughThePipeline)
+{
+    compare(fixture("text-lf-original.txt"), fixture("text-lf-modified.txt"));
+    const QStringList lf = records();
+    EXPECT_EQ(lf, QStringList({"c 4 4 4 4", "d 6 6 5 5", "a 8 8 8 8"}));
+    // The CR LF and UTF-16 copies of the same texts give the same records.
+    compare(fixture("text-crlf-original.txt"), fixture("text-crlf-modified.txt"));
+    EXPECT_EQ(records(), lf);
+    compare(fixture("utf16le-original.txt"), fixture("utf16le-modified.txt"));
+    EXPECT_FALSE(records().isEmpty());
+    compare(fixture("latin1-original.txt"), fixture("latin1-modified.txt"));
+    EXPECT_FALSE(records().isEmpty());
+}
+
+TEST_F(LoadPipelineTest, TheRtfLetterKeepsItsFormatsAndShowsItsThreeDifferences)
+{
+    compare(fixture("letter-original.rtf"), fixture("letter-modified.rtf"));
+    EXPECT_TRUE(viewer->rtbOriginal->Text().contains("Lefèvre Facilities Ltd"));
+    // Paragraph 6 changed and paragraph 7 gone make one change of two
+    // paragraphs into one; a new paragraph follows paragraph 9.
+    EXPECT_EQ(records(), QStringList({"c 6 7 6 6", "a 9 9 9 9"}));
+    // Inside the change the gone paragraph's words are deletions, the
+    // changed words changes.
+    RichTextBox* left = viewer->rtbOriginalDiffFinal;
+    const int discussed = int(left->Text().indexOf("As discussed"));
+    EXPECT_EQ(left->formatAt(discussed + 3).foreColor, lexiform::Rgb(0x0000FF));
+    EXPECT_TRUE(left->formatAt(int(left->Text().indexOf("north"))).strike);
+    const int bold = int(viewer->rtbOriginal->Text().indexOf("maintenance contract"));
+    EXPECT_TRUE(viewer->rtbOriginal->formatAt(bold).bold);
+    // Only the changed words of paragraph 6 are marked on the right.
+    RichTextBox* right = viewer->rtbModifiedDiffFinal;
+    const int south = int(right->Text().indexOf("south"));
+    const int warehouse = int(right->Text().indexOf("warehouse"));
+    EXPECT_TRUE(right->formatAt(south).underline);
+    EXPECT_FALSE(right->formatAt(warehouse + 3).underline);
+    const int fire = int(right->Text().indexOf("In addition, the fire alarm"));
+    EXPECT_EQ(right->formatAt(fire + 3).foreColor, lexiform::Rgb(0x008000));
+}
+
+TEST_F(LoadPipelineTest, LoadsAreRememberedInTheRecentListsAndOptions)
+{
+    const QString a = fixture("text-lf-original.txt");
+    const QString b = fixture("text-crlf-original.txt");
+    ASSERT_TRUE(viewer->LoadOriginalFile(a));
+    ASSERT_TRUE(viewer->LoadOriginalFile(b));
+    EXPECT_EQ(viewer->moFileOptions.sFileOriginal.Data(), b);
+    EXPECT_EQ(viewer->cbSelectOriginal->count(), 2);
+    EXPECT_EQ(viewer->cbSelectOriginal->itemText(0), b) << "the newest on top";
+    EXPECT_EQ(viewer->cbSelectOriginal->currentText(), b);
+    EXPECT_TRUE(viewer->mbOriginalDirty);
+}
+
+TEST_F(LoadPipelineTest, BadInputGetsItsMessageAndTheEditorKeepsItsText)
+{
+    ASSERT_TRUE(viewer->LoadOriginalFile(fixture("text-lf-original.txt")));
+    const QString before = viewer->rtbOriginal->Text();
+
+    // A missing file.
+    const QString missing = dir.qpath() + "/missing.txt";
+    EXPECT_FALSE(viewer->LoadOriginalFile(missing));
+    ASSERT_EQ(dialogs.boxes.size(), 1);
+    EXPECT_EQ(dialogs.boxes[0], "Error | File does not exist:\n\n" + missing);
+
+    // An empty path: the file check says so, and the editor's own load too.
+    EXPECT_FALSE(viewer->LoadOriginalFile(""));
+    EXPECT_EQ(dialogs.boxes.last(), "Error | File does not exist:\n\n");
+    EXPECT_FALSE(viewer->LoadFileIntoEditor("", frmCompareFiles::kOriginal));
+    EXPECT_EQ(dialogs.logged.last(), "Unable to load file. Filename empty");
+
+    // A binary file, and an office document that needs a converter.
+    const QString binary = dir.qpath() + "/program.bin";
+    tvtest::writeFile(binary.toStdString(), std::string("\x7f" "ELF\x02\x01\x01\x00\x00\x00 junk", 16));
+    EXPECT_FALSE(viewer->LoadOriginalFile(binary));
+    EXPECT_EQ(dialogs.logged.last(), "LoadFileIntoEditor(): Unable to load file: it holds no text.\n\n" + binary);
+    EXPECT_FALSE(viewer->LoadOriginalFile(fixture("letter-original.docx")));
+
+    EXPECT_EQ(viewer->rtbOriginal->Text(), before);
+    EXPECT_EQ(viewer->moFileOptions.sFileOriginal.Data(), fixture("letter-original.docx"));
+}
+
+TEST_F(LoadPipelineTest, ACorruptRtfLoadsWhatCanBeReadAndLeavesTheFileAlone)
+{
+    const std::string whole = tvtest::readFile(tvtest::dataPath("letter-original.rtf"));
+    const QString cut = dir.qpath() + "/cut.rtf";
+    // Cut in the middle of the letter's text, with garbage behind.
+    const size_t middle = whole.find("Thank you");
+    ASSERT_NE(middle, std::string::npos);
+    const std::string truncated = whole.substr(0, middle + 20) + "{{{\\b\\u99999999 \\'zz";
+    tvtest::writeFile(cut.toStdString(), truncated);
+    QFile::setPermissions(cut, QFile::ReadOwner);
+    ASSERT_TRUE(viewer->LoadOriginalFile(cut));
+    EXPECT_TRUE(viewer->rtbOriginal->Text().startsWith("Lefèvre Facilities Ltd"));
+    EXPECT_EQ(tvtest::readFile(cut.toStdString()), truncated);
+    EXPECT_FALSE(QFile::permissions(cut) & QFile::WriteOwner) << "still read-only";
+}
+
+TEST_F(LoadPipelineTest, ThePickerLoadsIntoTheEditorAndRemembersItsFilter)
+{
+    dialogs.nextFile = fixture("text-crlf-original.txt");
+    dialogs.nextFilterIndex = 2;
+    viewer->PickFileForEditor(frmCompareFiles::kModified);
+    ASSERT_EQ(dialogs.filePicks.size(), 1u);
+    EXPECT_EQ(dialogs.filePicks[0].title, "Load File");
+    EXPECT_FALSE(dialogs.filePicks[0].save);
+    EXPECT_EQ(dialogs.filePicks[0].nameFilters.size(), 7);
+    EXPECT_EQ(viewer->lLastSelectedFileFilterIndex, 2);
+    EXPECT_TRUE(viewer->rtbModified->Text().startsWith("Packing list"));
+    EXPECT_EQ(viewer->cbSelectModified->currentText(), dialogs.nextFile);
+    EXPECT_EQ(viewer->moFileOptions.sFileModified.Data(), dialogs.nextFile);
+
+    // Cancelled: nothing changes.
+    dialogs.nextFile.clear();
+    viewer->PickFileForEditor(frmCompareFiles::kModified);
+    EXPECT_TRUE(viewer->rtbModified->Text().startsWith("Packing list"));
+    EXPECT_EQ(dialogs.filePicks[1].filterIndex, 2) << "the last filter is offered again";
+}
+
+} // namespace

@@ -1,0 +1,176 @@
+// The viewer's controls, menus, dividers, word wrap and what a new viewer
+// shows; the split of the window is kept in the viewer's INI section.
+
+#include "filecompare/FileCompareWidgets.h"
+#include "filecompare/viewer_fixture.h"
+#include "settings/IniStore.h"
+
+#include <QAction>
+#include <QCheckBox>
+#include <QStatusBar>
+#include <QComboBox>
+#include <QMenu>
+#include <QTabWidget>
+#include <QTextEdit>
+#include <QToolButton>
+
+using tvtest::ViewerTest;
+
+namespace {
+
+TEST_F(ViewerTest, ANewViewerShowsTheGuideAndItsControlsByName)
+{
+    EXPECT_TRUE(viewer->rtbAIODiff->Text().startsWith("How to use Tallyvane"));
+    EXPECT_TRUE(viewer->rtbAIODiff->view()->isVisible());
+    EXPECT_EQ(viewer->ts->count(), 3);
+    EXPECT_EQ(viewer->ts->tabText(0), "Compare Files");
+    EXPECT_EQ(viewer->ts->tabText(1), "Compare Options");
+    EXPECT_EQ(viewer->ts->tabText(2), "Report Options");
+    for (const char* name : {"cbSelectOriginal", "cbSelectModified", "cmdBrowseOriginal", "cmdReLoadModified",
+                             "rtbOriginal", "rtbModifiedDiffFinal", "rtbAIODiff", "lblDividerH", "lblDividerV",
+                             "frameFilterButtons", "rbShowDeletions", "cmdChangeViewFormat", "SpinScroll",
+                             "sbStatus", "tbMain", "cmboChangeListing"})
+        EXPECT_NE(viewer->findChild<QObject*>(name), nullptr) << name;
+    EXPECT_EQ(viewer->PanelText(3), "Load the Original and Modified files, then press F5 to compare.");
+    EXPECT_EQ(viewer->windowTitle(), "(1) Compare Files");
+    EXPECT_FALSE(viewer->tbAbort->isVisible());
+}
+
+TEST_F(ViewerTest, MenusCarryTheirCaptionsAndKeys)
+{
+    const QList<QMenu*> menus = viewer->Menus();
+    QStringList titles;
+    for (QMenu* m : menus)
+        titles << m->title();
+    EXPECT_EQ(titles, QStringList({"&File", "&Edit", "&View", "&Window", "&Help"}));
+    auto action = [this](const char* name) { return viewer->findChild<QAction*>(name); };
+    ASSERT_NE(action("mnuWindowCascase"), nullptr);
+    EXPECT_EQ(action("mnuWindowCascase")->text(), "&Cascade");
+    EXPECT_EQ(action("mnuCut")->text(), "Cut     (Use Ctrl-X)");
+    EXPECT_EQ(action("mnuRefresh")->shortcut(), QKeySequence(Qt::Key_F5));
+    EXPECT_EQ(action("mnuToggleView")->shortcut(), QKeySequence(Qt::Key_F6));
+    EXPECT_EQ(action("mnuShowNextDifference")->shortcut(), QKeySequence(Qt::Key_F7));
+    // Without a frame for folder and find viewers their entries are off.
+    EXPECT_FALSE(action("mnuCompareFolders")->isEnabled());
+}
+
+TEST_F(ViewerTest, CompareSelectedTextNeedsASelectionInBothEditors)
+{
+    viewer->rtbOriginal->setText("left text");
+    viewer->rtbModified->setText("right text");
+    viewer->RefreshMenuItems();
+    EXPECT_FALSE(viewer->mnuCompareSelectedText->isEnabled());
+    viewer->rtbOriginal->setSelection(0, 4);
+    viewer->RefreshMenuItems();
+    EXPECT_FALSE(viewer->mnuCompareSelectedText->isEnabled());
+    viewer->rtbModified->setSelection(0, 5);
+    viewer->RefreshMenuItems();
+    EXPECT_TRUE(viewer->mnuCompareSelectedText->isEnabled());
+    EXPECT_TRUE(viewer->mnuPopupCompareSelectedText->isEnabled());
+}
+
+TEST_F(ViewerTest, TheHorizontalDividerStopsAtTheFileRow)
+{
+    const int H = viewer->frameCF->height();
+    ASSERT_GT(H, 300);
+    EXPECT_EQ(viewer->lblDividerH->y(), int(H * 0.35));
+    const int filesBottom = viewer->cmdBrowseOriginal->geometry().bottom() + 1;
+    viewer->dRatioTopEditor = 0.01;
+    viewer->Form_Resize();
+    EXPECT_EQ(viewer->lblDividerH->y(), filesBottom);
+    EXPECT_FALSE(viewer->rtbOriginal->view()->isVisible());
+    // The diff panes always lie under the line and reach the bottom.
+    const QRect pane = viewer->rtbOriginalDiffFinal->view()->geometry();
+    EXPECT_GT(pane.top(), viewer->lblDividerH->y());
+    EXPECT_GT(pane.bottom(), H - 10);
+    EXPECT_EQ(viewer->rtbAIODiff->view()->geometry(), viewer->rtbChanges->view()->geometry());
+}
+
+TEST_F(ViewerTest, HideShowEditorsTogglesTheRatio)
+{
+    const double r = double(viewer->lblDividerV->y()) / viewer->frameCF->height();
+    viewer->mnuHideShowOriginalAndModified_Click();
+    EXPECT_DOUBLE_EQ(viewer->dRatioTopEditor, r);
+    EXPECT_FALSE(viewer->rtbOriginal->view()->isVisible());
+    viewer->mnuHideShowOriginalAndModified_Click();
+    EXPECT_DOUBLE_EQ(viewer->dRatioTopEditor, 0.25);
+    EXPECT_TRUE(viewer->rtbOriginal->view()->isVisible());
+}
+
+TEST_F(ViewerTest, DividerDropsSetTheRatiosByWhereTheyLand)
+{
+    const double H = viewer->frameCF->height();
+    const double W = viewer->frameCF->width();
+    QTextEdit* lowerRight = viewer->rtbModifiedDiffFinal->view();
+    viewer->DividerDropped(viewer->lblDividerH, lowerRight, QPoint(10, 20));
+    EXPECT_DOUBLE_EQ(viewer->dRatioTopEditor, (lowerRight->y() + 20) / H);
+
+    QTextEdit* upperRight = viewer->rtbModified->view();
+    viewer->DividerDropped(viewer->lblDividerV, upperRight, QPoint(30, 5));
+    EXPECT_DOUBLE_EQ(viewer->mdRatioLeftEditor, (upperRight->x() + 30 + 3) / W);
+    viewer->DividerDropped(viewer->lblDividerV, viewer->rtbOriginal->view(), QPoint(200, 5));
+    EXPECT_DOUBLE_EQ(viewer->mdRatioLeftEditor, 200 / W);
+
+    // A drop on anything else leaves both alone.
+    const double top = viewer->dRatioTopEditor, left = viewer->mdRatioLeftEditor;
+    viewer->DividerDropped(viewer->lblDividerH, viewer->cmboChangeListing, QPoint(5, 5));
+    viewer->DividerDropped(viewer->lblDividerV, viewer->sbStatus, QPoint(5, 5));
+    EXPECT_EQ(viewer->dRatioTopEditor, top);
+    EXPECT_EQ(viewer->mdRatioLeftEditor, left);
+
+    viewer->Form_Resize();
+    EXPECT_EQ(viewer->lblDividerV->x(), int(W * left));
+}
+
+TEST_F(ViewerTest, TheSplitIsKeptInTheViewersSection)
+{
+    viewer->dRatioTopEditor = 0.5;
+    viewer->SaveIniFile();
+    EXPECT_EQ(IniReadString(gsIniFile, "1_CompareFile", "dRatioTopEditor", ""), "0.5");
+    frmCompareFiles again;
+    again.Setup("1_CompareFile", false);
+    EXPECT_DOUBLE_EQ(again.dRatioTopEditor, 0.5);
+    frmCompareFiles other;
+    other.Setup("2_CompareFile", false);
+    EXPECT_DOUBLE_EQ(other.dRatioTopEditor, 0.35);
+}
+
+TEST_F(ViewerTest, WordWrapSwitchesTheMarginOfTheShownBoxes)
+{
+    ASSERT_TRUE(viewer->mnuWordWrap->isChecked());
+    viewer->mnuWordWrap->trigger();
+    for (RichTextBox* box : {viewer->rtbOriginal, viewer->rtbModified, viewer->rtbOriginalDiffFinal,
+                             viewer->rtbModifiedDiffFinal, viewer->rtbAIODiff})
+        EXPECT_EQ(box->RightMargin(), 1000000) << box->objectName().toStdString();
+    viewer->mnuWordWrap->trigger();
+    EXPECT_EQ(viewer->rtbOriginal->RightMargin(), 0);
+}
+
+TEST_F(ViewerTest, TheSpinControlMovesBothEditorsAParagraph)
+{
+    compare(textFile("a.txt", {"a1", "a2", "a3"}), textFile("b.txt", {"b1", "b2", "b3"}));
+    viewer->rtbOriginal->setSelStart(0);
+    viewer->rtbModified->setSelStart(0);
+    viewer->ChangeCurrentLine(false);
+    EXPECT_EQ(viewer->rtbOriginal->SelStart(), 3);
+    EXPECT_EQ(viewer->rtbModified->SelStart(), 3);
+}
+
+TEST_F(ViewerTest, TheOptionsPageWritesItsOptionsAndMarksTheViewStale)
+{
+    viewer->SetPanelText(2, "");
+    viewer->mbOriginalDirty = viewer->mbModifiedDirty = false;
+    viewer->cbIgnoreCase->setChecked(true);
+    EXPECT_TRUE(viewer->moFileOptions.bIgnoreCase.Data());
+    EXPECT_TRUE(viewer->mbOriginalDirty && viewer->mbModifiedDirty);
+    EXPECT_EQ(viewer->PanelText(2), "Diff View not fresh");
+
+    // Filling the page from the options writes nothing back.
+    viewer->SetPanelText(2, "");
+    viewer->moFileOptions.bIgnoreWhitespace = true;
+    viewer->RefreshCompareOptionsGUI();
+    EXPECT_TRUE(viewer->cbIgnoreWhiteSpace->isChecked());
+    EXPECT_EQ(viewer->PanelText(2), "");
+}
+
+} // namespace

@@ -1,0 +1,405 @@
+// The compare run: records, the rendered side-by-side panes with their
+// formats, the filtered views, the status bar at each stage, abort from each
+// of its places, refusal of a nested request, and the one-time questions.
+
+#include "filecompare/FileCompareWidgets.h"
+#include "filecompare/viewer_fixture.h"
+#include "settings/IniStore.h"
+#include "shell/frmPleaseWait.h"
+
+#include <QAction>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QTest>
+#include <QTextEdit>
+#include <QToolBar>
+#include <QToolButton>
+
+using tvtest::ViewerTest;
+
+namespace {
+
+constexpr lexiform::Rgb kBlue = 0x0000FF;
+constexpr lexiform::Rgb kGreen = 0x008000;
+constexpr lexiform::Rgb kRed = 0xFF0000;
+
+class RunTest : public ViewerTest {
+protected:
+    // Records of this pair: c 2 2 2 2, d 4 4 3 3, a 5 5 5 5.
+    void comparePair()
+    {
+        compare(textFile("a.txt", kOriginal), textFile("b.txt", kModified));
+    }
+    const QStringList kOriginal{"alpha", "the quick brown fox", "middle", "gone line", "omega"};
+    const QStringList kModified{"alpha", "the quick red fox", "middle", "omega", "new line"};
+    const QStringList kRecords{"c 2 2 2 2", "d 4 4 3 3", "a 5 5 5 5"};
+
+    // Position of a text in a box, failing the test when it is missing.
+    int at(RichTextBox* box, const QString& text)
+    {
+        const int p = int(box->Text().indexOf(text));
+        EXPECT_GE(p, 0) << text.toStdString();
+        return p;
+    }
+};
+
+TEST_F(RunTest, SideBySidePanesCarryTheFormatsOfEachKind)
+{
+    comparePair();
+    EXPECT_EQ(records(), kRecords);
+
+    // Each side keeps its own paragraphs: no fillers.
+    RichTextBox* left = viewer->rtbOriginalDiffFinal;
+    RichTextBox* right = viewer->rtbModifiedDiffFinal;
+    EXPECT_EQ(left->Text(), kOriginal.join("\n"));
+    EXPECT_EQ(right->Text(), kModified.join("\n"));
+
+    // The deleted paragraph on the left, bold blue struck through.
+    const auto gone = left->formatAt(at(left, "gone line") + 3);
+    EXPECT_EQ(gone.foreColor, kBlue);
+    EXPECT_TRUE(gone.bold && gone.strike);
+    // The added one on the right, bold green underlined.
+    const auto added = right->formatAt(at(right, "new line") + 5);
+    EXPECT_EQ(added.foreColor, kGreen);
+    EXPECT_TRUE(added.bold && added.underline);
+
+    // In the changed paragraph only the differing word and the blanks around
+    // it carry the change formats; the rest is as the editor had it.
+    const int brown = at(left, "brown");
+    EXPECT_EQ(left->formatAt(brown).foreColor, kRed);
+    EXPECT_TRUE(left->formatAt(brown).strike);
+    EXPECT_TRUE(left->formatAt(brown - 1).strike) << "the blank in front";
+    EXPECT_TRUE(left->formatAt(brown + 5).strike) << "the blank behind";
+    EXPECT_FALSE(left->formatAt(brown - 2).bold) << "'quick' stays plain";
+    EXPECT_FALSE(left->formatAt(brown + 6).bold) << "'fox' stays plain";
+    const int red = at(right, "red");
+    EXPECT_EQ(right->formatAt(red).foreColor, kRed);
+    EXPECT_TRUE(right->formatAt(red).underline && right->formatAt(red).bold);
+    EXPECT_FALSE(right->formatAt(at(right, "quick")).bold);
+    // Unchanged paragraphs are untouched on both sides.
+    EXPECT_FALSE(left->formatAt(0).bold);
+    EXPECT_FALSE(right->formatAt(at(right, "omega")).bold);
+
+    // The work panes are given back after the run.
+    EXPECT_TRUE(viewer->rtbOriginalDiff->Text().isEmpty());
+    EXPECT_TRUE(viewer->rtbModifiedDiff->Text().isEmpty());
+    EXPECT_FALSE(viewer->rtbAIODiff->view()->isVisible());
+    EXPECT_TRUE(viewer->rtbOriginalDiffFinal->view()->isVisible());
+}
+
+TEST_F(RunTest, FilteredViewsHoldTheirSectionsInDocumentOrder)
+{
+    compare(textFile("a.txt", {"keep", "first gone", "keep too", "second gone", "keep three", "one two three", "end"}),
+            textFile("b.txt", {"keep", "keep too", "keep three", "one TWO three", "end", "added one", "added two"}));
+    EXPECT_EQ(viewer->mlDeletionCount, 2);
+    EXPECT_EQ(viewer->mlChangeCount, 1);
+    EXPECT_EQ(viewer->mlAdditionCount, 1);
+    EXPECT_EQ(viewer->rtbDeletions->Text(), "first gone\nsecond gone\n");
+    EXPECT_EQ(viewer->rtbAdditions->Text(), "added one\nadded two");
+    // The Original's text of a change, then the Modified's.
+    EXPECT_EQ(viewer->rtbChanges->Text(), "one two three\none TWO three\n");
+    EXPECT_EQ(viewer->rtbDeletions->formatAt(0).foreColor, kBlue);
+
+    // The buttons of the kinds found are offered; a filter covers the view.
+    EXPECT_TRUE(viewer->rbShowAll->isChecked());
+    for (QRadioButton* rb : {viewer->rbShowAdditions, viewer->rbShowChanges, viewer->rbShowDeletions})
+        EXPECT_TRUE(rb->isVisibleTo(viewer->frameFilterButtons));
+    viewer->rbShowDeletions->setChecked(true);
+    EXPECT_TRUE(viewer->rtbDeletions->view()->isVisible());
+    EXPECT_EQ(viewer->PanelText(3), "Number of deletions: 2");
+    viewer->rbShowChanges->setChecked(true);
+    EXPECT_EQ(viewer->PanelText(3), "Number of changes: 1");
+    EXPECT_TRUE(viewer->rtbDeletions->view()->isVisible()) << "an earlier filter stays under the new one";
+    viewer->rbShowAll->setChecked(true);
+    EXPECT_FALSE(viewer->rtbDeletions->view()->isVisible());
+    EXPECT_FALSE(viewer->rtbChanges->view()->isVisible());
+}
+
+TEST_F(RunTest, StatusBarFollowsTheStagesOfARun)
+{
+    const QString a = textFile("a.txt", kOriginal);
+    const QString b = textFile("b.txt", kModified);
+    viewer->cbSelectOriginal->setEditText(a);
+    viewer->cbSelectModified->setEditText(b);
+    viewer->RefreshDisplay(true, true);
+
+    auto indexOf = [this](const QString& text, int from = 0) { return int(panel3.indexOf(text, from)); };
+    const int reloading = indexOf("Re-loading files...");
+    const int comparing = indexOf("Comparing...");
+    const int engine = indexOf("Compare In Process...");
+    const int list = indexOf("Updating List Box: 33.3% Done. Click here to Abort.");
+    const int listDone = indexOf("Updating List Box: 100.0% Done. Click here to Abort.");
+    const int first = indexOf("Document 33.3% Done. Click here to Abort.");
+    const int last = indexOf("Document 100.0% Done. Click here to Abort.");
+    EXPECT_EQ(reloading, 0);
+    EXPECT_LT(reloading, comparing);
+    EXPECT_LT(comparing, engine);
+    EXPECT_LT(engine, list);
+    EXPECT_LT(list, listDone);
+    EXPECT_LT(listDone, first);
+    EXPECT_LT(first, last);
+    // The end: the first difference described, the time in panel 5.
+    EXPECT_EQ(viewer->PanelText(3), "[1] Change at paragraph: 2");
+    EXPECT_TRUE(viewer->PanelText(5).endsWith(" (Sec)"));
+    bool ok = false;
+    viewer->PanelText(5).chopped(6).toDouble(&ok);
+    EXPECT_TRUE(ok) << viewer->PanelText(5).toStdString();
+    EXPECT_EQ(viewer->PanelText(4), "Total Time:");
+    EXPECT_EQ(viewer->PanelText(2), "");
+    EXPECT_EQ(viewer->mlCurrentDifference, 1);
+    EXPECT_FALSE(viewer->tbAbort->isVisible());
+    EXPECT_TRUE(viewer->cmdChangeViewFormat->isVisible());
+    EXPECT_TRUE(viewer->frameFilterButtons->isVisible());
+    EXPECT_FALSE(viewer->PleaseWait->isVisible());
+    EXPECT_FALSE(viewer->mbOriginalDirty || viewer->mbModifiedDirty);
+    EXPECT_EQ(viewer->windowTitle(), "(1) a.txt vs. b.txt");
+}
+
+TEST_F(RunTest, EqualFilesSayNoDifferences)
+{
+    const QString a = textFile("a.txt", {"same", "text"});
+    compare(a, a);
+    EXPECT_EQ(viewer->PanelText(3), "Compare Completed. No differences detected.");
+    EXPECT_TRUE(viewer->rbShowAll->isChecked());
+    for (QRadioButton* rb : {viewer->rbShowAdditions, viewer->rbShowChanges, viewer->rbShowDeletions})
+        EXPECT_FALSE(rb->isVisibleTo(viewer->frameFilterButtons));
+    EXPECT_EQ(viewer->cmboChangeListing->count(), 0);
+}
+
+TEST_F(RunTest, AClickOnTheStatusBarAbortsBetweenRecords)
+{
+    bool clicked = false;
+    QObject::connect(viewer.get(), &frmCompareFiles::panelTextChanged, viewer.get(),
+                     [&](int panel, const QString& text) {
+                         if (panel == 3 && text.startsWith("Document ") && !clicked) {
+                             clicked = true;
+                             QTest::mouseClick(viewer->sbPanels[2], Qt::LeftButton);
+                         }
+                     });
+    comparePair();
+    EXPECT_TRUE(clicked);
+    EXPECT_EQ(viewer->PanelText(3), "Compare Aborted");
+    // The record in hand when the click came was finished, no further one.
+    EXPECT_EQ(viewer->mlAdditionCount, 1);
+    EXPECT_EQ(viewer->mlChangeCount + viewer->mlDeletionCount, 0);
+    EXPECT_EQ(viewer->SkeinMacroDiff.DifferenceCount(), 3);
+    EXPECT_FALSE(viewer->tbAbort->isVisible());
+    EXPECT_TRUE(viewer->cmdChangeViewFormat->isVisible());
+    // No time for an aborted run, and the editors stay marked for a new one.
+    EXPECT_EQ(viewer->PanelText(5), "---");
+    EXPECT_TRUE(viewer->mbOriginalDirty);
+}
+
+TEST_F(RunTest, EscapeInTheWaitWindowAbortsTheListStage)
+{
+    bool pressed = false;
+    QObject::connect(viewer.get(), &frmCompareFiles::panelTextChanged, viewer.get(),
+                     [&](int panel, const QString& text) {
+                         if (panel == 3 && text.startsWith("Updating List Box") && !pressed) {
+                             pressed = true;
+                             EXPECT_TRUE(viewer->PleaseWait->isVisible());
+                             QTest::keyClick(viewer->PleaseWait, Qt::Key_A);
+                             EXPECT_FALSE(viewer->mbAbort) << "other keys do nothing";
+                             QTest::keyClick(viewer->PleaseWait, Qt::Key_Escape);
+                         }
+                     });
+    comparePair();
+    ASSERT_TRUE(pressed);
+    EXPECT_EQ(viewer->PanelText(3), "Compare Aborted");
+    // The render stops at its first check: nothing was counted.
+    EXPECT_EQ(viewer->mlAdditionCount + viewer->mlChangeCount + viewer->mlDeletionCount, 0);
+    EXPECT_FALSE(viewer->PleaseWait->isVisible());
+}
+
+TEST_F(RunTest, TheToolbarAbortGetsThroughWhileOtherInputIsHeldBack)
+{
+    bool done = false;
+    QObject::connect(viewer.get(), &frmCompareFiles::panelTextChanged, viewer.get(),
+                     [&](int panel, const QString& text) {
+                         if (panel == 3 && text.startsWith("Document ") && !done) {
+                             done = true;
+                             // A click on a button that would open the file
+                             // picker must not get in during the run.
+                             QTest::mouseClick(viewer->cmdBrowseOriginal, Qt::LeftButton);
+                             QWidget* abort = viewer->tbMain->widgetForAction(viewer->tbAbort);
+                             ASSERT_NE(abort, nullptr);
+                             ASSERT_TRUE(abort->isVisible());
+                             QTest::mouseClick(abort, Qt::LeftButton);
+                         }
+                     });
+    comparePair();
+    EXPECT_EQ(viewer->PanelText(3), "Compare Aborted");
+    EXPECT_TRUE(dialogs.filePicks.empty());
+    QTest::mouseClick(viewer->cmdBrowseOriginal, Qt::LeftButton);
+    EXPECT_EQ(dialogs.filePicks.size(), 1u) << "after the run the button works again";
+}
+
+TEST_F(RunTest, ARequestDuringARunWaitsAndRunsOnceAfterIt)
+{
+    int runs = 0;
+    int nested = 0;
+    QObject::connect(viewer.get(), &frmCompareFiles::runFinished, viewer.get(), [&] { ++runs; });
+    QObject::connect(viewer.get(), &frmCompareFiles::panelTextChanged, viewer.get(),
+                     [&](int panel, const QString& text) {
+                         if (panel == 3 && text.startsWith("Document ")) {
+                             // Refused while the run goes on, however often asked.
+                             viewer->RefreshDisplay(false, false);
+                             ++nested;
+                             EXPECT_TRUE(viewer->IsBusy());
+                         }
+                     });
+    comparePair();
+    EXPECT_GE(nested, 4);
+    EXPECT_EQ(runs, 2);
+    EXPECT_EQ(panel3.count("Comparing..."), 2);
+    EXPECT_FALSE(viewer->IsBusy());
+    EXPECT_EQ(viewer->rtbOriginalDiffFinal->Text(), kOriginal.join("\n"));
+}
+
+TEST_F(RunTest, ARefreshWithoutChangesRendersTheSameAgain)
+{
+    comparePair();
+    const auto before = viewer->rtbModifiedDiffFinal->formatAt(viewer->rtbModifiedDiffFinal->Text().indexOf("red"));
+    viewer->RefreshDisplay(false, true);
+    EXPECT_EQ(records(), kRecords);
+    EXPECT_EQ(viewer->rtbModifiedDiffFinal->formatAt(viewer->rtbModifiedDiffFinal->Text().indexOf("red")), before);
+    EXPECT_EQ(viewer->rtbChanges->Text(), "the quick brown fox\nthe quick red fox\n");
+
+    // An edit makes the view stale; the next run sees the edit.
+    QTextCursor c(viewer->rtbOriginal->document());
+    c.movePosition(QTextCursor::End);
+    c.insertText("\nextra");
+    EXPECT_TRUE(viewer->mbOriginalDirty);
+    EXPECT_EQ(viewer->PanelText(2), "Diff View not fresh");
+    viewer->RefreshDisplay(false, true);
+    EXPECT_EQ(records().size(), 3);
+    EXPECT_EQ(records().last(), "c 6 6 5 5");
+}
+
+TEST_F(RunTest, AFailedReloadStopsTheRequest)
+{
+    const QString a = textFile("a.txt", {"one"});
+    compare(a, a);
+    viewer->cbSelectModified->setEditText(dir.qpath() + "/missing.txt");
+    panel3.clear();
+    viewer->RefreshDisplay(true, true);
+    ASSERT_FALSE(dialogs.boxes.isEmpty());
+    EXPECT_EQ(dialogs.boxes.last(), "Error | File does not exist:\n\n" + dir.qpath() + "/missing.txt");
+    EXPECT_FALSE(panel3.contains("Comparing..."));
+    EXPECT_FALSE(viewer->frameFilterButtons->isVisible());
+    EXPECT_FALSE(viewer->PleaseWait->isVisible());
+}
+
+TEST_F(RunTest, TheViewSwitchRendersAStaleViewOnlyOnce)
+{
+    int runs = 0;
+    QObject::connect(viewer.get(), &frmCompareFiles::runFinished, viewer.get(), [&] { ++runs; });
+    comparePair();
+    EXPECT_EQ(runs, 1);
+    EXPECT_EQ(viewer->cmdChangeViewFormat->text(), frmCompareFiles::kViewAllInOne);
+
+    viewer->cmdChangeViewFormat_Click();
+    EXPECT_EQ(runs, 2) << "the all-in-one view had never been rendered";
+    EXPECT_EQ(viewer->cmdChangeViewFormat->text(), frmCompareFiles::kViewSideBySide);
+    EXPECT_TRUE(viewer->rtbAIODiff->view()->isVisible());
+    EXPECT_FALSE(viewer->rtbOriginalDiffFinal->view()->isVisible());
+
+    viewer->cmdChangeViewFormat_Click();
+    EXPECT_EQ(runs, 2) << "the side-by-side view was still fresh";
+    EXPECT_TRUE(viewer->rtbOriginalDiffFinal->view()->isVisible());
+    viewer->cmdChangeViewFormat_Click();
+    EXPECT_EQ(runs, 2);
+}
+
+TEST_F(RunTest, AllInOneMergesTheTwoDocuments)
+{
+    viewer->cmdChangeViewFormat->setText(frmCompareFiles::kViewSideBySide);
+    comparePair();
+    RichTextBox* aio = viewer->rtbAIODiff;
+    // Deleted text stays, added text is inserted with its line break, and a
+    // changed word reads old then new.
+    EXPECT_EQ(aio->Text(), "alpha\nthe quick brown red  fox\nmiddle\ngone line\nomega\nnew line");
+    EXPECT_TRUE(aio->formatAt(at(aio, "brown")).strike);
+    EXPECT_EQ(aio->formatAt(at(aio, "red")).foreColor, kRed);
+    EXPECT_TRUE(aio->formatAt(at(aio, "red")).underline);
+    EXPECT_EQ(aio->formatAt(at(aio, "gone")).foreColor, kBlue);
+    EXPECT_EQ(aio->formatAt(at(aio, "new line")).foreColor, kGreen);
+    EXPECT_FALSE(aio->formatAt(at(aio, "omega")).bold);
+    EXPECT_EQ(viewer->rtbChanges->Text(), "the quick brown red  fox\n");
+    // Paragraph numbers of the Original still address the merged document.
+    viewer->docAIODiff.SelectParagraphs(5, 5, false);
+    EXPECT_EQ(aio->SelText(), "omega");
+    viewer->docAIODiff.SelectParagraphs(2, 2, false);
+    EXPECT_EQ(aio->SelText(), "the quick brown red  fox");
+    // The added text lies in the seam behind the last paragraph.
+    viewer->mlCurrentDifference = 3;
+    viewer->ShowCurrentDifference(true);
+    EXPECT_EQ(aio->SelText(), "n") << "one character is selected unless the option asks for all";
+    viewer->moFileOptions.bSelectTextInDiffViewer = true;
+    viewer->ShowCurrentDifference(true);
+    EXPECT_EQ(aio->SelText(), "new line");
+}
+
+TEST_F(RunTest, AnAdditionAtTheTopGoesInFrontOfTheFirstParagraph)
+{
+    viewer->cmdChangeViewFormat->setText(frmCompareFiles::kViewSideBySide);
+    compare(textFile("a.txt", {"one", "two"}), textFile("b.txt", {"zero", "one", "two"}));
+    EXPECT_EQ(records(), QStringList({"a 0 0 1 1"}));
+    EXPECT_EQ(viewer->rtbAIODiff->Text(), "zero\none\ntwo");
+    viewer->docAIODiff.SelectParagraphs(1, 1, false);
+    EXPECT_EQ(viewer->rtbAIODiff->SelText(), "one");
+    EXPECT_EQ(viewer->PanelText(3), "[1] Addition of 1 line at paragraph: 0");
+}
+
+TEST_F(RunTest, OneTimeQuestionsAreAskedOnceAndActOnYes)
+{
+    viewer->cbSelectOriginal->setEditText(dir.qpath() + "/report.doc");
+    viewer->cbSelectModified->setEditText(dir.qpath() + "/report2.doc");
+    dialogs.answers = {MsgAnswer::Yes};
+    viewer->RefreshDisplay(true, true);
+    ASSERT_GE(dialogs.boxes.size(), 3);
+    EXPECT_TRUE(dialogs.boxes[0].startsWith("Compare | For extremely large MS Word files"));
+    EXPECT_EQ(dialogs.boxes[1], "Compare Options Updated | Your view options have been updated");
+    EXPECT_TRUE(viewer->cbRemoveFormatting->isChecked());
+    EXPECT_TRUE(viewer->moFileOptions.bRemoveFormatting.Data());
+    EXPECT_TRUE(viewer->bWarnedAboutLargeWordDocAlready);
+
+    dialogs.boxes.clear();
+    viewer->cbRemoveFormatting->setChecked(false);
+    viewer->RefreshDisplay(true, true);
+    for (const QString& box : dialogs.boxes)
+        EXPECT_FALSE(box.startsWith("Compare | For extremely")) << "asked a second time";
+
+    // The flag is kept across runs of the program.
+    viewer->SaveIniFile();
+    EXPECT_EQ(IniReadString(gsIniFile, "1_CompareFile", "bWarnedAboutLargeWordDocAlready", ""), "TRUE");
+}
+
+TEST_F(RunTest, SpreadsheetQuestionTurnsWordWrapOff)
+{
+    viewer->cbSelectOriginal->setEditText(dir.qpath() + "/book.xls");
+    viewer->cbSelectModified->setEditText(dir.qpath() + "/other.txt");
+    dialogs.answers = {MsgAnswer::Yes};
+    viewer->RefreshDisplay(true, true);
+    ASSERT_FALSE(dialogs.boxes.isEmpty());
+    EXPECT_EQ(dialogs.boxes[0], "Compare | When comparing XLS, it is best to turn the 'Word Wrap' view option "
+                                "off.  Turn of 'Word Wrap'?");
+    EXPECT_FALSE(viewer->mnuWordWrap->isChecked());
+    EXPECT_EQ(viewer->rtbOriginal->RightMargin(), 1000000);
+    EXPECT_EQ(viewer->rtbAIODiff->RightMargin(), 1000000);
+}
+
+TEST_F(RunTest, HtmlQuestionAnsweredNoChangesNothingButIsNotAskedAgain)
+{
+    viewer->cbSelectOriginal->setEditText(dir.qpath() + "/page.html");
+    viewer->cbSelectModified->setEditText(dir.qpath() + "/page2.html");
+    viewer->RefreshDisplay(true, true);
+    ASSERT_FALSE(dialogs.boxes.isEmpty());
+    EXPECT_TRUE(dialogs.boxes[0].startsWith("Compare | When comparing HTML"));
+    EXPECT_FALSE(viewer->moFileOptions.bRemoveFormatting.Data());
+    EXPECT_TRUE(viewer->bWarnedAboutHTMLAlready);
+}
+
+} // namespace

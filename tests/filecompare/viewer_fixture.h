@@ -1,0 +1,80 @@
+#pragma once
+// A file viewer of its own INI file, shown offscreen, with every dialog
+// answered by the test.
+
+#include "filecompare/frmCompareFiles.h"
+#include "shell/core/modGlobal.h"
+#include "support/qstring_print.h"
+#include "support/recordingdialogs.h"
+#include "support/testsupport.h"
+
+#include <QFile>
+#include <QStringList>
+#include <gtest/gtest.h>
+
+#include <memory>
+
+namespace tvtest {
+
+class ViewerTest : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        savedIni_ = gsIniFile;
+        gsIniFile = dir.qpath() + QStringLiteral("/Tallyvane.INI");
+        viewer = std::make_unique<frmCompareFiles>();
+        viewer->resize(1200, 800);
+        viewer->Setup(QStringLiteral("1_CompareFile"), false);
+        viewer->show();
+        QObject::connect(viewer.get(), &frmCompareFiles::panelTextChanged, viewer.get(),
+                         [this](int panel, const QString& text) {
+                             if (panel == 3)
+                                 panel3 << text;
+                         });
+    }
+    void TearDown() override
+    {
+        viewer.reset();
+        gsIniFile = savedIni_;
+    }
+
+    // A file in the test's folder with the given lines joined by "\n".
+    QString textFile(const QString& name, const QStringList& lines)
+    {
+        const QString path = dir.qpath() + QLatin1Char('/') + name;
+        QFile f(path);
+        f.open(QIODevice::WriteOnly);
+        f.write(lines.join(QLatin1Char('\n')).toUtf8());
+        return path;
+    }
+
+    // Loads both files and runs an interactive compare without reloading.
+    void compare(const QString& original, const QString& modified)
+    {
+        ASSERT_TRUE(viewer->LoadOriginalFile(original));
+        ASSERT_TRUE(viewer->LoadModifiedFile(modified));
+        viewer->RefreshDisplay(false, true);
+    }
+
+    // The records of the last compare as "c 1 1 1 1".
+    QStringList records() const
+    {
+        QStringList out;
+        for (int i = 0; i < viewer->SkeinMacroDiff.DifferenceCount(); ++i) {
+            int k = 0, a = 0, b = 0, c = 0, d = 0;
+            viewer->SkeinMacroDiff.GetDifference(i, k, a, b, c, d);
+            out << QStringLiteral("%1 %2 %3 %4 %5").arg(QChar(k)).arg(a).arg(b).arg(c).arg(d);
+        }
+        return out;
+    }
+
+    TempDir dir;
+    RecordingDialogs dialogs;
+    std::unique_ptr<frmCompareFiles> viewer;
+    QStringList panel3;
+
+private:
+    QString savedIni_;
+};
+
+} // namespace tvtest

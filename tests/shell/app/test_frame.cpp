@@ -1,0 +1,353 @@
+// The frame window: viewers brought back from the INI counts, found by
+// number, numbered by count, the counts written at the end (those of viewer
+// kinds this build cannot make included), the menu bar following the active
+// viewer, closing in the middle of a run, and the window routines.
+
+#include "filecompare/frmCompareFiles.h"
+#include "settings/IniStore.h"
+#include "settings/clsMRU.h"
+#include "shell/core/modGlobal.h"
+#include "shell/frmMainMDI.h"
+#include "shell/frmPleaseWait.h"
+#include "shell/modPickFile.h"
+#include "shell/modUtilityForm.h"
+#include "support/qstring_print.h"
+#include "support/recordingdialogs.h"
+#include "support/recordinglauncher.h"
+#include "support/testsupport.h"
+
+#include <QComboBox>
+#include <QLabel>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QMenuBar>
+#include <QSettings>
+#include <QTest>
+#include <gtest/gtest.h>
+
+#include <memory>
+
+namespace {
+
+class FrameTest : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        savedIni_ = gsIniFile;
+        gsIniFile = dir.qpath() + "/Tallyvane.INI";
+        QSettings("Tallyvane", "Tallyvane").clear();
+    }
+    void TearDown() override
+    {
+        frame.reset();
+        gsIniFile = savedIni_;
+    }
+    void main(const char* key, const char* value) { IniWriteString(gsIniFile, "Main", key, value); }
+    QString mainValue(const char* key) { return IniReadString(gsIniFile, "Main", key, "?"); }
+    void load()
+    {
+        frame = std::make_unique<frmMainMDI>();
+        frame->Form_Load();
+        frame->show();
+    }
+    QStringList descriptions() const
+    {
+        QStringList out;
+        for (ViewerForm* v : frame->LoadedForms())
+            out << v->sDescription;
+        return out;
+    }
+    void closeFrame()
+    {
+        frame->close();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+
+    tvtest::TempDir dir;
+    tvtest::RecordingDialogs dialogs;
+    std::unique_ptr<frmMainMDI> frame;
+
+private:
+    QString savedIni_;
+};
+
+TEST_F(FrameTest, AFirstStartOpensOneFileViewerMaximised)
+{
+    load();
+    // A maximised viewer's caption joins the frame's, as the desktop shows it.
+    EXPECT_EQ(frame->windowTitle(), "'Tallyvane' - [(1) Compare Files]");
+    EXPECT_EQ(descriptions(), QStringList({"1_CompareFile"}));
+    EXPECT_TRUE(frame->isMaximized());
+    EXPECT_EQ(frame->ActiveViewer()->sDescription, "1_CompareFile");
+}
+
+TEST_F(FrameTest, ViewersOfTheLastRunComeBackAndTheActiveOneGetsTheFocus)
+{
+    main("numCFForms", "3");
+    main("ActiveForm", "2_CompareFile");
+    IniWriteString(gsIniFile, "2_CompareFile", "bIgnoreCase", "TRUE");
+    load();
+    EXPECT_EQ(descriptions(), QStringList({"1_CompareFile", "2_CompareFile", "3_CompareFile"}));
+    ViewerForm* active = frame->ActiveViewer();
+    ASSERT_NE(active, nullptr);
+    EXPECT_EQ(active->sDescription, "2_CompareFile");
+    // Each viewer read its own section.
+    auto* second = qobject_cast<frmCompareFiles*>(active);
+    ASSERT_NE(second, nullptr);
+    EXPECT_TRUE(second->moFileOptions.bIgnoreCase.Data());
+    EXPECT_FALSE(qobject_cast<frmCompareFiles*>(frame->LoadedForms()[0])->moFileOptions.bIgnoreCase.Data());
+    // The menu bar shows the active viewer's menus.
+    EXPECT_EQ(frame->menuBar()->actions().size(), 5);
+    EXPECT_EQ(frame->menuBar()->actions()[2]->text(), "&View");
+}
+
+TEST_F(FrameTest, ActiveFormNamingNoViewerLeavesTheLastOneActive)
+{
+    main("numCFForms", "2");
+    main("ActiveForm", "7_CompareFile");
+    load();
+    EXPECT_EQ(frame->ActiveViewer()->sDescription, "2_CompareFile");
+}
+
+TEST_F(FrameTest, ZeroViewersGiveAnEmptyFrameWithItsOwnMenus)
+{
+    main("numCFForms", "0");
+    load();
+    EXPECT_TRUE(frame->LoadedForms().isEmpty());
+    QStringList titles;
+    for (QAction* a : frame->menuBar()->actions())
+        titles << a->text();
+    EXPECT_EQ(titles, QStringList({"&File", "&Help"}));
+    // The File menu's entry finds viewer 1, making it.
+    IniWriteString(gsIniFile, "1_CompareFile", "bIgnoreEmptyLines", "TRUE");
+    frame->mnuCompareFiles_Click();
+    ASSERT_EQ(descriptions(), QStringList({"1_CompareFile"}));
+    EXPECT_TRUE(qobject_cast<frmCompareFiles*>(frame->LoadedForms()[0])->moFileOptions.bIgnoreEmptyLines.Data());
+    frame->mnuCompareFiles_Click();
+    EXPECT_EQ(descriptions().size(), 1) << "found, not made again";
+}
+
+TEST_F(FrameTest, CountsOfViewerKindsNotInThisBuildAreKept)
+{
+    main("numCFForms", "1");
+    main("numCDForms", "2");
+    main("numFTForms", "1");
+    load();
+    EXPECT_EQ(descriptions(), QStringList({"1_CompareFile"}));
+    EXPECT_EQ(frame->CreateNewCompareFoldersForm(), nullptr);
+    EXPECT_FALSE(frame->findChild<QAction*>("mnuCompareFolders")->isEnabled());
+    frame->CreateNewCompareFilesForm();
+    closeFrame();
+    EXPECT_EQ(mainValue("numCFForms"), "2");
+    EXPECT_EQ(mainValue("numCDForms"), "2");
+    EXPECT_EQ(mainValue("numFTForms"), "1");
+}
+
+TEST_F(FrameTest, NumbersComeFromACountAndTheLookupIsAContainmentTest)
+{
+    main("numCFForms", "2");
+    load();
+    // Closing viewer 1 of two: the next new viewer is again number 2.
+    frame->LoadedForms()[0]->parentWidget()->close();
+    frmCompareFiles* next = frame->CreateNewCompareFilesForm();
+    EXPECT_EQ(next->sDescription, "2_CompareFile");
+    EXPECT_FALSE(next->isMaximized());
+
+    for (int i = 0; i < 9; ++i)
+        frame->CreateNewCompareFilesForm();
+    ASSERT_EQ(frame->LoadedForms().last()->sDescription, "11_CompareFile");
+    // "1_CompareFile" is found in "11_CompareFile", and the newest wins.
+    EXPECT_EQ(frame->frmGetCFNumber(1)->sDescription, "11_CompareFile");
+    EXPECT_EQ(frame->frmGetCFNumber(3)->sDescription, "3_CompareFile");
+}
+
+TEST_F(FrameTest, ClosingSavesEachViewerAndTheCounts)
+{
+    main("numCFForms", "3");
+    load();
+    auto* second = qobject_cast<frmCompareFiles*>(frame->LoadedForms()[1]);
+    second->moFileOptions.bIgnoreCase = true;
+    frame->ActivateViewer(second);
+    frame->LoadedForms()[2]->parentWidget()->close();
+    closeFrame();
+    EXPECT_TRUE(gbFrameClosing);
+    EXPECT_EQ(mainValue("numCFForms"), "2");
+    EXPECT_EQ(mainValue("ActiveForm"), "2_CompareFile");
+    EXPECT_EQ(IniReadString(gsIniFile, "2_CompareFile", "bIgnoreCase", ""), "TRUE");
+    gbFrameClosing = false;
+}
+
+TEST_F(FrameTest, ClosingDuringARunStopsTheRunFirst)
+{
+    load();
+    auto* viewer = qobject_cast<frmCompareFiles*>(frame->LoadedForms()[0]);
+    const QString a = dir.qpath() + "/a.txt", b = dir.qpath() + "/b.txt";
+    tvtest::writeFile(a.toStdString(), "1\n2\n3\n4\n5\n6\n");
+    tvtest::writeFile(b.toStdString(), "1\nx\n3\ny\n5\nz\n");
+    ASSERT_TRUE(viewer->LoadOriginalFile(a));
+    ASSERT_TRUE(viewer->LoadModifiedFile(b));
+    bool asked = false;
+    QObject::connect(viewer, &frmCompareFiles::panelTextChanged, viewer, [&](int panel, const QString& text) {
+        if (panel == 3 && text.startsWith("Document ") && !asked) {
+            asked = true;
+            frame->close();
+            EXPECT_TRUE(frame->isVisible()) << "the frame waits for the run";
+        }
+    });
+    viewer->RefreshDisplay(false, true);
+    EXPECT_TRUE(asked);
+    EXPECT_EQ(viewer->PanelText(3), "Compare Aborted");
+    QTest::qWait(100);
+    EXPECT_FALSE(frame->isVisible());
+    EXPECT_EQ(mainValue("numCFForms"), "1");
+    gbFrameClosing = false;
+}
+
+TEST_F(FrameTest, WindowCommandsArrangeTheViewers)
+{
+    main("numCFForms", "2");
+    load();
+    for (QMdiSubWindow* sub : frame->mdiArea()->subWindowList())
+        sub->showNormal();
+    const QRect area = frame->mdiArea()->viewport()->rect();
+    frame->mnuWindowTileVertical_Click();
+    QList<QMdiSubWindow*> subs = frame->mdiArea()->subWindowList();
+    ASSERT_EQ(subs.size(), 2);
+    EXPECT_EQ(subs[0]->height(), area.height());
+    EXPECT_EQ(subs[0]->width() + subs[1]->width(), area.width());
+    frame->mnuWindowTileHorizontal_Click();
+    EXPECT_EQ(subs[0]->width(), area.width());
+    EXPECT_EQ(subs[0]->height() + subs[1]->height(), area.height());
+}
+
+TEST_F(FrameTest, HelpEntriesGoThroughTheLauncher)
+{
+    main("numCFForms", "0");
+    load();
+    tvtest::RecordingLauncher launcher;
+    frame->mnuHelpFile_Click();
+    frame->mnuProductHomePage_Click();
+    ASSERT_EQ(launcher.requests.size(), 2);
+    EXPECT_EQ(launcher.requests[0], "manual:");
+    EXPECT_TRUE(launcher.requests[1].startsWith("url:https://"));
+}
+
+// --- window routines ---------------------------------------------------------------------
+
+TEST(FormPlacement, MaximisedKeepsTheNormalRectangleAndBadValuesChangeNothing)
+{
+    QSettings store("Tallyvane", "Tallyvane");
+    store.clear();
+    QWidget w;
+    w.setObjectName("frmTestWindow");
+    RestoreFormPlacement(&w);
+    EXPECT_EQ(w.windowState() & Qt::WindowMaximized, Qt::WindowMaximized) << "a first start is maximised";
+    EXPECT_EQ(w.size(), QSize(6500 / 15, 6500 / 15));
+
+    QWidget normal;
+    normal.setObjectName("frmTestWindow");
+    normal.setGeometry(30, 45, 600, 450);
+    SaveFormPlacement(&normal);
+    store.sync();
+    EXPECT_EQ(store.value("frmTestWindowSettings/WindowState").toInt(), 0);
+    EXPECT_EQ(store.value("frmTestWindowSettings/Width").toDouble(), 9000.0);
+
+    QWidget maximised;
+    maximised.setObjectName("frmTestWindow");
+    maximised.resize(100, 100);
+    maximised.setWindowState(Qt::WindowMaximized);
+    SaveFormPlacement(&maximised);
+    store.sync();
+    EXPECT_EQ(store.value("frmTestWindowSettings/WindowState").toInt(), 2);
+    EXPECT_EQ(store.value("frmTestWindowSettings/Width").toDouble(), 9000.0) << "the normal size survives";
+
+    QWidget restored;
+    restored.setObjectName("frmTestWindow");
+    RestoreFormPlacement(&restored);
+    EXPECT_EQ(restored.size(), QSize(600, 450));
+
+    store.setValue("frmTestWindowSettings/Height", "tall");
+    store.sync();
+    QWidget untouched;
+    untouched.setObjectName("frmTestWindow");
+    untouched.resize(123, 77);
+    RestoreFormPlacement(&untouched);
+    EXPECT_EQ(untouched.size(), QSize(123, 77));
+    EXPECT_FALSE(untouched.isMaximized());
+}
+
+TEST(FillComboFromMRU, NewestOnTopSelected)
+{
+    tvtest::TempDir dir;
+    const QString ini = dir.qpath() + "/t.INI";
+    clsMRU mru;
+    mru.Setup(20, ini, "mruTest");
+    QComboBox combo;
+    combo.addItem("stale");
+    FillComboFromMRU(&combo, mru);
+    EXPECT_EQ(combo.count(), 0);
+    mru.AddUniqueItemToCollection("/a");
+    mru.AddUniqueItemToCollection("/b");
+    mru.AddUniqueItemToCollection("/c");
+    bool refreshingSeen = false;
+    QObject::connect(&combo, &QComboBox::currentIndexChanged, &combo, [&] { refreshingSeen = gbRefreshingControls; });
+    FillComboFromMRU(&combo, mru);
+    EXPECT_EQ(combo.itemText(0), "/c");
+    EXPECT_EQ(combo.itemText(2), "/a");
+    EXPECT_EQ(combo.currentIndex(), 0);
+    EXPECT_TRUE(refreshingSeen);
+    EXPECT_FALSE(gbRefreshingControls);
+}
+
+TEST(Pickers, TheTitleDecidesSaveOrOpenAndFiltersMatchEitherCase)
+{
+    tvtest::RecordingDialogs dialogs;
+    qint32 index = 3;
+    dialogs.nextFile = "/tmp/x.rtf";
+    dialogs.nextFilterIndex = 1;
+    EXPECT_EQ(PickFile(nullptr, "Save ORIGINAL Editor As", "Rich Text Format(*.RTF)|*.RTF|All|*.*", index),
+              "/tmp/x.rtf");
+    ASSERT_EQ(dialogs.filePicks.size(), 1u);
+    EXPECT_TRUE(dialogs.filePicks[0].save);
+    EXPECT_EQ(dialogs.filePicks[0].filterIndex, 3);
+    EXPECT_EQ(dialogs.filePicks[0].nameFilters,
+              QStringList({"Rich Text Format(*.RTF) (*.RTF *.rtf)", "All (*)"}));
+    EXPECT_EQ(index, 1);
+    PickFile(nullptr, "Load File", "All|*.*", index);
+    EXPECT_FALSE(dialogs.filePicks[1].save);
+
+    QString startSeen;
+    FolderPicker previous = setFolderPicker([&](QWidget*, const QString& title, const QString& start) {
+        startSeen = start;
+        EXPECT_EQ(title, "Pre-selecting folder using the folder's string.");
+        return QString("/chosen");
+    });
+    EXPECT_EQ(PickFolder(nullptr, "/home/user/"), "/chosen");
+    EXPECT_EQ(startSeen, "/home/user");
+    PickFolder(nullptr, "/");
+    EXPECT_EQ(startSeen, "/");
+    setFolderPicker(previous);
+}
+
+TEST(PleaseWait, EscapeAbortsTheBoundViewerAndClosesTheWindow)
+{
+    tvtest::TempDir dir;
+    const QString saved = gsIniFile;
+    gsIniFile = dir.qpath() + "/t.INI";
+    {
+        frmCompareFiles viewer;
+        frmPleaseWait wait;
+        wait.Setup(&viewer);
+        wait.ShowNonModal();
+        EXPECT_EQ(wait.Label8->text(), "Please wait while comparison is being done...");
+        QTest::keyClick(&wait, Qt::Key_Return);
+        EXPECT_FALSE(viewer.mbAbort);
+        EXPECT_TRUE(wait.isVisible());
+        QTest::keyClick(&wait, Qt::Key_Escape);
+        EXPECT_TRUE(viewer.mbAbort);
+        EXPECT_FALSE(wait.isVisible());
+    }
+    gsIniFile = saved;
+}
+
+} // namespace
