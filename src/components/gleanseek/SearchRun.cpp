@@ -207,7 +207,10 @@ bool Gleanseek::Run::aborted() const
 
 void Gleanseek::Run::Execute()
 {
-    const unsigned workers = std::clamp(std::thread::hardware_concurrency(), 2u, 8u);
+    // Twice as many workers as cores: a worker waiting for the disk (a cold
+    // cache, a network folder) leaves its core to another, and several reads
+    // in flight keep the device busy.
+    const unsigned workers = std::clamp(std::thread::hardware_concurrency() * 2, 4u, 16u);
     pipeline_ = std::make_unique<skeinmatch::OrderedPipeline<FileBatch>>(
         &owner_, workers, kQueuedBatches, [this](FileBatch& b) { process(b); },
         [this](FileBatch& b) { owner_.hits_.Append(std::move(b.hits)); }, owner_.abort_, owner_.publishMutex_);

@@ -79,8 +79,8 @@ private:
 
 } // namespace
 
-std::int32_t CompareFileContents(const std::string& a, const std::string& b, const std::atomic<bool>& abort,
-                                 std::string& error)
+std::int32_t CompareFileContents(const std::string& a, const std::string& b, std::uint64_t size,
+                                 const std::atomic<bool>& abort, std::string& error)
 {
     Fd fa(::open(a.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW));
     if (fa.get() < 0) {
@@ -92,28 +92,34 @@ std::int32_t CompareFileContents(const std::string& a, const std::string& b, con
         error = describe("Cannot open file", b, errno);
         return kContentUnreadable;
     }
-    ::posix_fadvise(fa.get(), 0, 0, POSIX_FADV_SEQUENTIAL);
-    ::posix_fadvise(fb.get(), 0, 0, POSIX_FADV_SEQUENTIAL);
-
     // One pair of buffers per worker thread, kept for the thread's life.
     thread_local std::unique_ptr<char[]> bufA(new char[kBlock]);
     thread_local std::unique_ptr<char[]> bufB(new char[kBlock]);
-    for (;;) {
+    // Both files have `size` bytes (the caller compared the sizes), so each
+    // block is one read of a known length and no read is spent on finding
+    // the end.
+    std::uint64_t left = size;
+    while (left > 0) {
+        const std::size_t want = left < kBlock ? static_cast<std::size_t>(left) : kBlock;
         std::size_t ga = 0, gb = 0;
         int err = 0;
-        if (!readFull(fa.get(), bufA.get(), kBlock, ga, err)) {
+        if (!readFull(fa.get(), bufA.get(), want, ga, err)) {
             error = describe("Cannot read file", a, err);
             return kContentUnreadable;
         }
-        if (!readFull(fb.get(), bufB.get(), kBlock, gb, err)) {
+        if (!readFull(fb.get(), bufB.get(), want, gb, err)) {
             error = describe("Cannot read file", b, err);
             return kContentUnreadable;
         }
-        if (ga != gb || std::memcmp(bufA.get(), bufB.get(), ga) != 0)
+        // A file that shrank while being read is not the same as one that
+        // did not.
+        if (ga != want || gb != want || std::memcmp(bufA.get(), bufB.get(), want) != 0)
             return kContentDiffers;
-        if (ga < kBlock || abort.load(std::memory_order_relaxed))
-            return kContentSame;
+        left -= want;
+        if (abort.load(std::memory_order_relaxed))
+            break;
     }
+    return kContentSame;
 }
 
 std::int32_t CompareModificationTimes(std::int64_t aSec, std::int64_t aNsec, std::int64_t bSec, std::int64_t bNsec)
@@ -143,7 +149,10 @@ bool FolderCompareEngine::Run::aborted() const
 
 void FolderCompareEngine::Run::Execute()
 {
-    const unsigned workers = std::clamp(std::thread::hardware_concurrency(), 2u, 8u);
+    // Twice as many workers as cores: a worker waiting for the disk (a cold
+    // cache, a network folder) leaves its core to another, and several reads
+    // in flight keep the device busy.
+    const unsigned workers = std::clamp(std::thread::hardware_concurrency() * 2, 4u, 16u);
     pipeline_ = std::make_unique<OrderedPipeline<FolderBatch>>(
         &engine_, workers, kQueuedBatches, [this](FolderBatch& b) { process(b); },
         [this](FolderBatch& b) { publish(b); }, engine_.abort_, engine_.publishMutex_);
@@ -341,7 +350,7 @@ void FolderCompareEngine::Run::compareBoth(const FolderBatch& batch, const Folde
         r.lContentStatus = kContentSame;
     } else {
         std::string error;
-        r.lContentStatus = CompareFileContents(fo, fm, engine_.abort_, error);
+        r.lContentStatus = CompareFileContents(fo, fm, static_cast<std::uint64_t>(so.st_size), engine_.abort_, error);
         if (r.lContentStatus == kContentUnreadable)
             engine_.raiseError(kFolderErrorUnreadableFile, error);
     }

@@ -13,11 +13,11 @@
 
 namespace skeinmatch {
 
-// Compares two regular files byte by byte. Returns kContentSame,
-// kContentDiffers, or kContentUnreadable with a message. Gives up early (as
-// "same") when `abort` becomes true.
-std::int32_t CompareFileContents(const std::string& a, const std::string& b, const std::atomic<bool>& abort,
-                                 std::string& error);
+// Compares two regular files of `size` bytes each, byte by byte. Returns
+// kContentSame, kContentDiffers, or kContentUnreadable with a message. Gives
+// up early (as "same") when `abort` becomes true.
+std::int32_t CompareFileContents(const std::string& a, const std::string& b, std::uint64_t size,
+                                 const std::atomic<bool>& abort, std::string& error);
 
 // The date rule: 0 when the two modification times count as equal,
 // otherwise the sign of (a - b).
