@@ -118,6 +118,7 @@ int Skeinmatch::CreateFileReport(const std::string& file, int type, int style)
     in.originalTime = originalTime_;
     in.modifiedTime = modifiedTime_;
     in.created = std::time(nullptr);
+    in.keys = {options_.ignoreCase, options_.ignoreWhitespace};
 
     if (file.empty())
         return -5;

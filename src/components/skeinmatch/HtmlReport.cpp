@@ -270,6 +270,9 @@ private:
     void equalRow(long ia, long ib);
     void foldRow(long hidden);
     void record(std::size_t index);
+    void changeByLines(const RecordSpan& s, const std::vector<std::string_view>& la,
+                       const std::vector<std::string_view>& lb, const std::vector<LinePair>& pairs);
+    void changeAsStream(const RecordSpan& s);
     void row(const char* cls, long na, std::string_view ta, long nb, std::string_view tb);
     void rowAio(const char* cls, long na, long nb, std::string_view text);
     void flushLine()
@@ -302,8 +305,8 @@ void HtmlWriter::write()
         out_.put("<th colspan=\"2\">" + escaped(in_.masterTitle) + "</th><th colspan=\"2\">"
                  + escaped(in_.sourceTitle) + "</th>");
     } else {
-        out_.put("<th>Original</th><th>Modified</th><th>" + escaped(in_.masterTitle)
-                 + " \xE2\x86\x92 " + escaped(in_.sourceTitle) + "</th>");
+        out_.put("<th colspan=\"2\">Lines</th><th>" + escaped(in_.masterTitle) + " \xE2\x86\x92 "
+                 + escaped(in_.sourceTitle) + "</th>");
     }
     out_.put("</tr></thead>\n");
 
@@ -450,10 +453,29 @@ void HtmlWriter::foldRow(long hidden)
 
 void HtmlWriter::equalRows(long aFrom, long aTo, long bFrom, long bTo, bool showHead, bool showTail)
 {
-    const long len = std::max(aTo - aFrom, bTo - bFrom);
-    auto at = [&](long k) {
-        equalRow(aFrom + k < aTo ? aFrom + k : -1, bFrom + k < bTo ? bFrom + k : -1);
-    };
+    // Rows as pairs of lines (-1: none). Equal stretches have the same
+    // lines on both sides, except where empty lines were ignored: then the
+    // lines that count pair up and each side's empty lines stand alone.
+    std::vector<std::pair<long, long>> rows;
+    if (aTo - aFrom == bTo - bFrom) {
+        for (long k = 0; k < aTo - aFrom; ++k)
+            rows.emplace_back(aFrom + k, bFrom + k);
+    } else {
+        skeinmatch::KeyMaker ka(in_.keys), kb(in_.keys);
+        long i = aFrom, j = bFrom;
+        while (i < aTo || j < bTo) {
+            const bool emptyA = i < aTo && ka.isEmpty(a_.line(static_cast<std::size_t>(i)));
+            const bool emptyB = j < bTo && kb.isEmpty(b_.line(static_cast<std::size_t>(j)));
+            if (i < aTo && j < bTo && emptyA == emptyB)
+                rows.emplace_back(i++, j++);
+            else if (i < aTo && (emptyA || j >= bTo))
+                rows.emplace_back(i++, -1);
+            else
+                rows.emplace_back(-1, j++);
+        }
+    }
+    const long len = static_cast<long>(rows.size());
+    auto at = [&](long k) { equalRow(rows[static_cast<std::size_t>(k)].first, rows[static_cast<std::size_t>(k)].second); };
     long head = showHead ? std::min(foldContext, len) : 0;
     long tail = showTail ? std::min(foldContext, len - head) : 0;
     // Folding one line saves nothing.
@@ -496,66 +518,149 @@ void HtmlWriter::record(std::size_t index)
                 rowAio("a", 0, j + 1, t);
         }
     } else {
-        const std::string ta = sectionText(a_, s.aBegin, s.aEnd);
-        const std::string tb = sectionText(b_, s.bBegin, s.bEnd);
-        const WordDiff w = diffWords(ta, tb);
-        std::vector<Style> sa, sb;
-        tokenStyles(w, sa, sb);
-        if (sbs_) {
-            std::vector<std::string> ra = sideRows(ta, w.a, sa), rb = sideRows(tb, w.b, sb);
-            const std::size_t rows = std::max(ra.size(), rb.size());
-            for (std::size_t k = 0; k < rows; ++k) {
-                const bool hasA = k < ra.size(), hasB = k < rb.size();
-                row("c", hasA ? s.aBegin + 1 + static_cast<long>(k) : 0, hasA ? ra[k] : std::string(),
-                    hasB ? s.bBegin + 1 + static_cast<long>(k) : 0, hasB ? rb[k] : std::string());
-            }
-        } else {
-            // One stream: equal tokens once, then each run's old tokens and
-            // its new ones. A row ends at every line end of either side and
-            // carries the number of each side's line that starts in it.
-            long na = s.aBegin + 1, nb = s.bBegin + 1;
-            bool startsA = true, startsB = true;
-            RowBuilder cur;
-            auto tokA = [&](std::uint32_t i) {
-                return std::string_view(ta).substr(w.a[i].begin, w.a[i].end - w.a[i].begin);
-            };
-            auto tokB = [&](std::uint32_t j) {
-                return std::string_view(tb).substr(w.b[j].begin, w.b[j].end - w.b[j].begin);
-            };
-            auto endRow = [&](bool endsA, bool endsB) {
-                rowAio("c", startsA ? na : 0, startsB ? nb : 0, cur.take());
-                na += endsA ? 1 : 0;
-                nb += endsB ? 1 : 0;
-                startsA = endsA;
-                startsB = endsB;
-            };
-            std::uint32_t i = 0, j = 0;
-            auto equalUpTo = [&](std::uint32_t ai) {
-                for (; i < ai; ++i, ++j) {
-                    cur.token(tokA(i), plain);
-                    if (tokA(i) == "\n")
-                        endRow(true, true);
-                }
-            };
-            for (const TokenRun& run : w.runs) {
-                equalUpTo(run.aBegin);
-                const bool both = run.aEnd > run.aBegin && run.bEnd > run.bBegin;
-                for (; i < run.aEnd; ++i) {
-                    cur.token(tokA(i), both ? changedOld : deleted);
-                    if (tokA(i) == "\n")
-                        endRow(true, false);
-                }
-                for (j = run.bBegin; j < run.bEnd; ++j) {
-                    cur.token(tokB(j), both ? changedNew : added);
-                    if (tokB(j) == "\n")
-                        endRow(false, true);
-                }
-            }
-            equalUpTo(static_cast<std::uint32_t>(w.a.size()));
-            endRow(true, true);
-        }
+        std::vector<std::string_view> la, lb;
+        for (long i = s.aBegin; i < s.aEnd; ++i)
+            la.push_back(a_.line(static_cast<std::size_t>(i)));
+        for (long j = s.bBegin; j < s.bEnd; ++j)
+            lb.push_back(b_.line(static_cast<std::size_t>(j)));
+        const std::vector<LinePair> pairs = pairSimilarLines(la, lb);
+        if (pairs.empty())
+            changeAsStream(s);
+        else
+            changeByLines(s, la, lb, pairs);
     }
     out_.put("</tbody>\n");
+}
+
+// A changed section whose lines were paired: each pair compared word by
+// word on one row, unpaired lines whole.
+void HtmlWriter::changeByLines(const RecordSpan& s, const std::vector<std::string_view>& la,
+                               const std::vector<std::string_view>& lb,
+                               const std::vector<LinePair>& pairs)
+{
+    auto whole = [](std::string_view text, Style st) {
+        RowBuilder rb;
+        rb.token(text, st);
+        return rb.take();
+    };
+    std::size_t k = 0;
+    while (k < pairs.size()) {
+        if (pairs[k].a >= 0 && pairs[k].b >= 0) {
+            const long i = pairs[k].a, j = pairs[k].b;
+            const WordDiff w = diffWords(la[static_cast<std::size_t>(i)], lb[static_cast<std::size_t>(j)]);
+            std::vector<Style> sa, sb;
+            tokenStyles(w, sa, sb);
+            if (sbs_) {
+                auto ra = sideRows(la[static_cast<std::size_t>(i)], w.a, sa);
+                auto rb = sideRows(lb[static_cast<std::size_t>(j)], w.b, sb);
+                row("c", s.aBegin + i + 1, ra[0], s.bBegin + j + 1, rb[0]);
+            } else {
+                RowBuilder cur;
+                std::string_view ta = la[static_cast<std::size_t>(i)], tb = lb[static_cast<std::size_t>(j)];
+                std::uint32_t p = 0;
+                for (const TokenRun& run : w.runs) {
+                    for (; p < run.aBegin; ++p)
+                        cur.token(ta.substr(w.a[p].begin, w.a[p].end - w.a[p].begin), plain);
+                    const bool both = run.aEnd > run.aBegin && run.bEnd > run.bBegin;
+                    for (; p < run.aEnd; ++p)
+                        cur.token(ta.substr(w.a[p].begin, w.a[p].end - w.a[p].begin),
+                                  both ? changedOld : deleted);
+                    for (std::uint32_t q = run.bBegin; q < run.bEnd; ++q)
+                        cur.token(tb.substr(w.b[q].begin, w.b[q].end - w.b[q].begin),
+                                  both ? changedNew : added);
+                }
+                for (; p < w.a.size(); ++p)
+                    cur.token(ta.substr(w.a[p].begin, w.a[p].end - w.a[p].begin), plain);
+                rowAio("c", s.aBegin + i + 1, s.bBegin + j + 1, cur.take());
+            }
+            ++k;
+            continue;
+        }
+        // A run of unpaired lines: changed where both sides have some, else
+        // deleted or added.
+        std::vector<long> onlyA, onlyB;
+        for (; k < pairs.size() && (pairs[k].a < 0 || pairs[k].b < 0); ++k)
+            (pairs[k].a >= 0 ? onlyA : onlyB).push_back(pairs[k].a >= 0 ? pairs[k].a : pairs[k].b);
+        const bool both = !onlyA.empty() && !onlyB.empty();
+        const Style stA = both ? changedOld : deleted, stB = both ? changedNew : added;
+        if (sbs_) {
+            for (std::size_t r = 0; r < std::max(onlyA.size(), onlyB.size()); ++r) {
+                const bool hasA = r < onlyA.size(), hasB = r < onlyB.size();
+                row("c", hasA ? s.aBegin + onlyA[r] + 1 : 0,
+                    hasA ? whole(la[static_cast<std::size_t>(onlyA[r])], stA) : std::string(),
+                    hasB ? s.bBegin + onlyB[r] + 1 : 0,
+                    hasB ? whole(lb[static_cast<std::size_t>(onlyB[r])], stB) : std::string());
+            }
+        } else {
+            for (long i : onlyA)
+                rowAio("c", s.aBegin + i + 1, 0, whole(la[static_cast<std::size_t>(i)], stA));
+            for (long j : onlyB)
+                rowAio("c", 0, s.bBegin + j + 1, whole(lb[static_cast<std::size_t>(j)], stB));
+        }
+    }
+}
+
+// A changed section too large to pair line by line: one token stream.
+void HtmlWriter::changeAsStream(const RecordSpan& s)
+{
+    const std::string ta = sectionText(a_, s.aBegin, s.aEnd);
+    const std::string tb = sectionText(b_, s.bBegin, s.bEnd);
+    const WordDiff w = diffWords(ta, tb);
+    std::vector<Style> sa, sb;
+    tokenStyles(w, sa, sb);
+    if (sbs_) {
+        std::vector<std::string> ra = sideRows(ta, w.a, sa), rb = sideRows(tb, w.b, sb);
+        const std::size_t rows = std::max(ra.size(), rb.size());
+        for (std::size_t k = 0; k < rows; ++k) {
+            const bool hasA = k < ra.size(), hasB = k < rb.size();
+            row("c", hasA ? s.aBegin + 1 + static_cast<long>(k) : 0, hasA ? ra[k] : std::string(),
+                hasB ? s.bBegin + 1 + static_cast<long>(k) : 0, hasB ? rb[k] : std::string());
+        }
+    } else {
+        // One stream: equal tokens once, then each run's old tokens and
+        // its new ones. A row ends at every line end of either side and
+        // carries the number of each side's line that starts in it.
+        long na = s.aBegin + 1, nb = s.bBegin + 1;
+        bool startsA = true, startsB = true;
+        RowBuilder cur;
+        auto tokA = [&](std::uint32_t i) {
+            return std::string_view(ta).substr(w.a[i].begin, w.a[i].end - w.a[i].begin);
+        };
+        auto tokB = [&](std::uint32_t j) {
+            return std::string_view(tb).substr(w.b[j].begin, w.b[j].end - w.b[j].begin);
+        };
+        auto endRow = [&](bool endsA, bool endsB) {
+            rowAio("c", startsA ? na : 0, startsB ? nb : 0, cur.take());
+            na += endsA ? 1 : 0;
+            nb += endsB ? 1 : 0;
+            startsA = endsA;
+            startsB = endsB;
+        };
+        std::uint32_t i = 0, j = 0;
+        auto equalUpTo = [&](std::uint32_t ai) {
+            for (; i < ai; ++i, ++j) {
+                cur.token(tokA(i), plain);
+                if (tokA(i) == "\n")
+                    endRow(true, true);
+            }
+        };
+        for (const TokenRun& run : w.runs) {
+            equalUpTo(run.aBegin);
+            const bool both = run.aEnd > run.aBegin && run.bEnd > run.bBegin;
+            for (; i < run.aEnd; ++i) {
+                cur.token(tokA(i), both ? changedOld : deleted);
+                if (tokA(i) == "\n")
+                    endRow(true, false);
+            }
+            for (j = run.bBegin; j < run.bEnd; ++j) {
+                cur.token(tokB(j), both ? changedNew : added);
+                if (tokB(j) == "\n")
+                    endRow(false, true);
+            }
+        }
+        equalUpTo(static_cast<std::uint32_t>(w.a.size()));
+        endRow(true, true);
+    }
 }
 
 } // namespace

@@ -2,10 +2,10 @@
 
 #include "components/skeinmatch/DiffSide.h"
 #include "components/skeinmatch/LineKeys.h"
+#include "components/skeinmatch/RunBoth.h"
 #include "components/skeinmatch/SequenceMatch.h"
 
 #include <algorithm>
-#include <thread>
 
 namespace skeinmatch {
 
@@ -13,6 +13,8 @@ namespace {
 
 // Below this much text a second thread costs more than it saves.
 constexpr std::size_t parallelBytes = 1u << 20;
+// Matching shares its late work out only on inputs where it takes time.
+constexpr std::size_t parallelLines = 50000;
 
 // Fills side.considered for IgnoreEmptyLines.
 void collectConsidered(DiffSide& side, KeyOptions ko, bool ignoreEmpty)
@@ -211,9 +213,7 @@ std::vector<DiffRecord> diffLines(const LineText& original, const LineText& modi
         hashLines(s, ko);
     };
     if (useThread) {
-        std::thread t([&] { prepare(b); });
-        prepare(a);
-        t.join();
+        runBoth([&] { prepare(a); }, [&] { prepare(b); });
     } else {
         prepare(a);
         prepare(b);
@@ -229,16 +229,20 @@ std::vector<DiffRecord> diffLines(const LineText& original, const LineText& modi
     std::uint32_t idCount = 0;
     {
         LineInterner interner(ko, (ka1 - ka0) + (kb1 - kb0));
-        for (std::size_t k = ka0; k < ka1; ++k) {
-            std::size_t l = a.line(k);
-            std::uint32_t& id = a.ids[l - a.idFrom];
-            id = interner.intern(id, original.line(l), 0);
-        }
-        for (std::size_t k = kb0; k < kb1; ++k) {
-            std::size_t l = b.line(k);
-            std::uint32_t& id = b.ids[l - b.idFrom];
-            id = interner.intern(id, modified.line(l), 1);
-        }
+        // The table is far larger than the caches on big inputs; asking for
+        // a slot some lines ahead hides most of the wait for it.
+        constexpr std::size_t ahead = 12;
+        auto internSide = [&](DiffSide& s, std::size_t k0, std::size_t k1, int side) {
+            for (std::size_t k = k0; k < k1; ++k) {
+                if (k + ahead < k1)
+                    interner.prefetch(s.ids[s.line(k + ahead) - s.idFrom]);
+                std::size_t l = s.line(k);
+                std::uint32_t& id = s.ids[l - s.idFrom];
+                id = interner.intern(id, s.text->line(l), side);
+            }
+        };
+        internSide(a, ka0, ka1, 0);
+        internSide(b, kb0, kb1, 1);
         idCount = interner.idCount();
         auto reduce = [&](DiffSide& s, std::size_t k0, std::size_t k1, int otherSide,
                           std::vector<std::uint32_t>& seq, std::vector<std::uint32_t>& where) {
@@ -272,8 +276,9 @@ std::vector<DiffRecord> diffLines(const LineText& original, const LineText& modi
                 budget.total = 0;
                 budget.cutoff = 1;
             }
+            const int threads = useThread && xs.size() + ys.size() >= parallelLines ? 2 : 1;
             matchSequences(xs.data(), xs.size(), ys.data(), ys.size(), idCount, budget, cx.data(),
-                           cy.data());
+                           cy.data(), threads);
         }
         for (std::size_t r = 0; r < xs.size(); ++r)
             a.changed[xk[r]] = cx[r];

@@ -69,6 +69,9 @@ public:
     // while the interner lives (it is the class's representative).
     std::uint32_t intern(std::uint32_t hash, std::string_view line, int side);
 
+    // Starts loading the table slot of a hash that will be interned soon.
+    void prefetch(std::uint32_t hash) const { __builtin_prefetch(&slots_[hash & mask_]); }
+
     std::uint32_t idCount() const { return static_cast<std::uint32_t>(classes_.size()); }
     std::uint32_t count(std::uint32_t id, int side) const
     {

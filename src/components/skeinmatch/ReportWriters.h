@@ -3,6 +3,7 @@
 // Each writes from the texts and records that the engine holds.
 
 #include "components/skeinmatch/LineDiff.h"
+#include "components/skeinmatch/LineKeys.h"
 #include "components/skeinmatch/LineText.h"
 
 #include <cstdio>
@@ -23,6 +24,8 @@ struct ReportInput {
     std::time_t originalTime = 0;
     std::time_t modifiedTime = 0;
     std::time_t created = 0;
+    // What counts as an empty line, for lining up equal stretches.
+    KeyOptions keys;
 };
 
 // Buffered output to a file that remembers whether any write failed.

@@ -1,6 +1,9 @@
 #include "components/skeinmatch/SequenceMatch.h"
 
+#include "components/skeinmatch/RunBoth.h"
+
 #include <algorithm>
+#include <atomic>
 #include <climits>
 #include <cmath>
 #include <vector>
@@ -10,19 +13,28 @@ namespace skeinmatch {
 MatchBudget MatchBudget::standard(std::size_t n, std::size_t m)
 {
     // An exact search over an edit of D elements costs about D*D/2 steps.
-    // 40 steps per element keeps the search within a few times the cost of
-    // reading, and a floor lets small inputs always be exact.
+    // 250 steps per element covers the light edits of real revisions of a
+    // hundred thousand lines; the ceiling (about a tenth of a second) keeps
+    // a million-line compare quicker than a plain diff, and the floor lets
+    // small inputs always be exact. Past the budget, 4096
+    // rounds per search give splits that stay within a fraction of a
+    // percent of minimal on heavy edits; splitting on unique lines instead
+    // cost up to 4 % more changed lines on shuffled and unrelated sources.
     MatchBudget b;
-    b.total = 40ull * (n + m) + (1ull << 22);
-    b.cutoff = 1024;
+    b.total = std::min<std::uint64_t>(250ull * (n + m) + (1ull << 22), 60'000'000ull);
+    b.cutoff = 4096;
+    b.anchors = false;
     return b;
 }
 
 MatchBudget MatchBudget::fast(std::size_t n, std::size_t m)
 {
+    // Little exact search, short searches after it, and splits on unique
+    // lines, which are cheap and keep the result close to minimal.
     MatchBudget b;
     b.total = 2ull * (n + m) + (1ull << 14);
     b.cutoff = 64;
+    b.anchors = true;
     return b;
 }
 
@@ -44,7 +56,10 @@ public:
     {
     }
 
-    void run();
+    // With threads > 1, the ranges left once the budget is spent are
+    // shared out: from then on every search is cut at the same number of
+    // rounds, so the result does not depend on which thread takes which.
+    void run(int threads);
 
 private:
     struct Range {
@@ -55,8 +70,9 @@ private:
         bool exact;
     };
 
+    void solve(std::vector<Range>& ranges, bool deferWhenSpent);
     Split middleSnake(int xo, int xl, int yo, int yl);
-    bool splitOnAnchors(const Range& r);
+    bool splitOnAnchors(const Range& r, std::vector<Range>& ranges);
     void markX(int from, int to)
     {
         std::fill(cx_ + from, cx_ + to, std::uint8_t(1));
@@ -65,6 +81,7 @@ private:
     {
         std::fill(cy_ + from, cy_ + to, std::uint8_t(1));
     }
+    bool spent() const { return work_ > budget_.total; }
 
     const std::uint32_t* x_;
     const std::uint32_t* y_;
@@ -74,31 +91,56 @@ private:
     std::uint8_t* cx_;
     std::uint8_t* cy_;
 
-    std::vector<Range> stack_;
+    std::vector<Range> stack_, deferred_;
+    // Furthest x reached forward and backward, by diagonal x - y; sized
+    // for the largest range this matcher searches.
     std::vector<int> fdStore_, bdStore_;
-    int* fd_ = nullptr;  // furthest x reached forward, by diagonal x - y
-    int* bd_ = nullptr;  // furthest x reached backward
     std::uint64_t work_ = 0;
 
     // Scratch for the anchor split, indexed by id and kept zeroed between uses.
     std::vector<std::uint32_t> countX_, countY_, posY_;
 };
 
-void Matcher::run()
+void Matcher::run(int threads)
 {
-    // Diagonals run from -m to n; one spare at each end for the search's
-    // look at its neighbours.
     fdStore_.assign(static_cast<std::size_t>(n_) + m_ + 3, 0);
     bdStore_.assign(static_cast<std::size_t>(n_) + m_ + 3, 0);
-    fd_ = fdStore_.data() + m_ + 1;
-    bd_ = bdStore_.data() + m_ + 1;
+    stack_.push_back({0, n_, 0, m_});
+    solve(stack_, threads > 1);
+    if (deferred_.empty())
+        return;
 
+    // Two workers take the spent ranges, largest first, one at a time.
+    std::sort(deferred_.begin(), deferred_.end(), [](const Range& a, const Range& b) {
+        return (a.xl - a.xo) + (a.yl - a.yo) > (b.xl - b.xo) + (b.yl - b.yo);
+    });
+    std::atomic<std::size_t> next{0};
+    auto work = [&](Matcher& m) {
+        std::vector<Range> local;
+        for (std::size_t k; (k = next.fetch_add(1)) < deferred_.size();) {
+            local.push_back(deferred_[k]);
+            m.solve(local, false);
+        }
+    };
+    Matcher helper(x_, n_, y_, m_, idCount_, budget_, cx_, cy_);
+    const Range& big = deferred_.front();
+    const std::size_t size = static_cast<std::size_t>((big.xl - big.xo) + (big.yl - big.yo)) + 3;
+    helper.fdStore_.assign(size, 0);
+    helper.bdStore_.assign(size, 0);
+    helper.work_ = budget_.total + 1;
+    runBoth([&] { work(*this); }, [&] { work(helper); });
+}
+
+// Works through `ranges` (used as a stack) until all are matched. With
+// deferWhenSpent, ranges met after the budget is spent are set aside in
+// deferred_ instead.
+void Matcher::solve(std::vector<Range>& ranges, bool deferWhenSpent)
+{
     // An explicit stack instead of recursion: the anchor split can make
     // many ranges, and no input can then exhaust the call stack.
-    stack_.push_back({0, n_, 0, m_});
-    while (!stack_.empty()) {
-        Range r = stack_.back();
-        stack_.pop_back();
+    while (!ranges.empty()) {
+        Range r = ranges.back();
+        ranges.pop_back();
         while (r.xo < r.xl && r.yo < r.yl && x_[r.xo] == y_[r.yo]) {
             ++r.xo;
             ++r.yo;
@@ -115,8 +157,12 @@ void Matcher::run()
             markX(r.xo, r.xl);
             continue;
         }
+        if (deferWhenSpent && spent()) {
+            deferred_.push_back(r);
+            continue;
+        }
         Split s = middleSnake(r.xo, r.xl, r.yo, r.yl);
-        if (!s.exact && splitOnAnchors(r))
+        if (!s.exact && budget_.anchors && splitOnAnchors(r, ranges))
             continue;
         s.x = std::clamp(s.x, r.xo, r.xl);
         s.y = std::clamp(s.y, r.yo, r.yl);
@@ -126,8 +172,8 @@ void Matcher::run()
             s.x = r.xo + (r.xl - r.xo) / 2;
             s.y = r.yo + (r.yl - r.yo) / 2;
         }
-        stack_.push_back({s.x, r.xl, s.y, r.yl});
-        stack_.push_back({r.xo, s.x, r.yo, s.y});
+        ranges.push_back({s.x, r.xl, s.y, r.yl});
+        ranges.push_back({r.xo, s.x, r.yo, s.y});
     }
 }
 
@@ -138,6 +184,9 @@ Matcher::Split Matcher::middleSnake(int xo, int xl, int yo, int yl)
 {
     const int dmin = xo - yl, dmax = xl - yo;
     const int fmid = xo - yo, bmid = xl - yl;
+    // Diagonals dmin-1 .. dmax+1 map onto the stores from index 0.
+    int* const fd_ = fdStore_.data() + (yl - xo) + 1;
+    int* const bd_ = bdStore_.data() + (yl - xo) + 1;
     int fmin = fmid, fmax = fmid, bmin = bmid, bmax = bmid;
     const bool odd = ((fmid - bmid) & 1) != 0;
     fd_[fmid] = xo;
@@ -236,7 +285,7 @@ Matcher::Split Matcher::middleSnake(int xo, int xl, int yo, int yl)
 // Splits a range on the longest common subsequence of the elements that
 // occur exactly once in it on each side. False when that gives nothing
 // worth having, so the caller splits some other way.
-bool Matcher::splitOnAnchors(const Range& r)
+bool Matcher::splitOnAnchors(const Range& r, std::vector<Range>& ranges)
 {
     if (countX_.empty()) {
         countX_.assign(idCount_, 0);
@@ -301,7 +350,7 @@ bool Matcher::splitOnAnchors(const Range& r)
     if (largest * 10 > whole * 9)
         return false;
     for (const Range& g : gaps)
-        stack_.push_back(g);
+        ranges.push_back(g);
     return true;
 }
 
@@ -309,14 +358,14 @@ bool Matcher::splitOnAnchors(const Range& r)
 
 void matchSequences(const std::uint32_t* x, std::size_t n, const std::uint32_t* y, std::size_t m,
                     std::uint32_t idCount, const MatchBudget& budget, std::uint8_t* cx,
-                    std::uint8_t* cy)
+                    std::uint8_t* cy, int threads)
 {
     std::fill(cx, cx + n, std::uint8_t(0));
     std::fill(cy, cy + m, std::uint8_t(0));
     if (n == 0 && m == 0)
         return;
     Matcher mt(x, static_cast<int>(n), y, static_cast<int>(m), idCount, budget, cx, cy);
-    mt.run();
+    mt.run(threads);
 }
 
 void matchWithinHorizon(const std::uint32_t* x, std::size_t n, const std::uint32_t* y,

@@ -15,6 +15,9 @@ struct MatchBudget {
     std::uint64_t total = 0;
     // Rounds a search always gets before it may be cut short.
     int cutoff = 0;
+    // Whether a search cut short splits its range on lines that occur once
+    // on each side before falling back to its furthest point.
+    bool anchors = false;
 
     // The budget of the default mode: exact whenever the edit is small
     // enough to find within a few times the cost of reading the input.
@@ -26,16 +29,17 @@ struct MatchBudget {
 };
 
 // Minimal edit by the linear-space Myers search, within a budget. When a
-// search runs out of budget the range is split on lines that occur exactly
-// once on each side (their longest common subsequence), and failing that at
-// the furthest point that the search reached.
+// search runs out of budget the range is split at the furthest point that
+// the search reached, or first, if the budget says so, on the lines that
+// occur exactly once on each side (their longest common subsequence).
 //
 // x[0..n) and y[0..m) hold ids below idCount. On return cx[i] is 1 for each
 // x[i] left unmatched, 0 otherwise; cy likewise. The matched elements pair
-// up in order and are equal.
+// up in order and are equal. With threads above 1 a second thread helps
+// once the budget is spent; the result is the same either way.
 void matchSequences(const std::uint32_t* x, std::size_t n, const std::uint32_t* y,
                     std::size_t m, std::uint32_t idCount, const MatchBudget& budget,
-                    std::uint8_t* cx, std::uint8_t* cy);
+                    std::uint8_t* cx, std::uint8_t* cy, int threads = 1);
 
 // Matching with a horizon: from the last matched pair, an unmatched element
 // looks for its counterpart only within `horizon` elements ahead on both

@@ -1,7 +1,10 @@
 #include "components/skeinmatch/Skeinmatch.h"
 
+#include "components/skeinmatch/RunBoth.h"
+
+#include <cstdint>
+#include <new>
 #include <sys/stat.h>
-#include <thread>
 
 using skeinmatch::LineText;
 
@@ -20,6 +23,14 @@ std::time_t modificationTime(const std::string& path)
     if (::stat(path.c_str(), &st) == 0)
         return st.st_mtime;
     return std::time(nullptr);
+}
+
+std::uint64_t fileSize(const std::string& path)
+{
+    struct stat st {};
+    if (::stat(path.c_str(), &st) == 0 && S_ISREG(st.st_mode))
+        return static_cast<std::uint64_t>(st.st_size);
+    return 0;
 }
 
 } // namespace
@@ -55,13 +66,21 @@ void Skeinmatch::CompareFiles()
     bool okA = false, okB = false;
     auto readA = [&] { okA = original_.load(masterFile_, errA); };
     auto readB = [&] { okB = modified_.load(sourceFile_, errB); };
-    if (parallel_) {
-        std::thread t(readB);
-        readA();
-        t.join();
-    } else {
-        readA();
-        readB();
+    // A second thread pays only for large files; the section compares of
+    // the viewer read two small files many times over.
+    try {
+        if (parallel_ && fileSize(masterFile_) + fileSize(sourceFile_) >= (1u << 20)) {
+            skeinmatch::runBoth(readA, readB);
+        } else {
+            readA();
+            readB();
+        }
+    } catch (const std::bad_alloc&) {
+        original_.clear();
+        modified_.clear();
+        loadStatus_ = -2;
+        loadError_ = "out of memory";
+        return;
     }
     if (!okA || !okB) {
         loadStatus_ = okA ? -4 : -3;

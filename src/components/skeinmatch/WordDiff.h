@@ -32,6 +32,18 @@ struct WordDiff {
 
 std::vector<Token> tokenize(std::string_view text);
 
+// Lines of a changed section paired by likeness, in order, so that a line
+// and its edited version face each other. Each entry names a line of each
+// side (indices into the two lists) or -1 where the other side has no
+// partner; runs of unpaired lines come Original first. Empty when the
+// section is too large to pair.
+struct LinePair {
+    long a = -1;
+    long b = -1;
+};
+std::vector<LinePair> pairSimilarLines(const std::vector<std::string_view>& a,
+                                       const std::vector<std::string_view>& b);
+
 WordDiff diffWords(std::string_view a, std::string_view b);
 
 } // namespace skeinmatch

@@ -87,13 +87,15 @@ TEST(LineDiffMinimal, LongerPairsStayMinimal)
 
 TEST(LineDiffFallbacks, CutShortSearchStillGivesValidRecords)
 {
-    // With no budget every search stops after one round and the anchor and
-    // furthest-point splits do all the work: still a correct edit, and
-    // never worse than deleting and adding everything.
+    // With no budget every search stops after one round and the splits at
+    // the furthest point (and in the faster mode on unique lines) do all
+    // the work: still a correct edit, and never worse than deleting and
+    // adding everything.
     std::mt19937 rng(99);
     DiffOptions tiny;
     tiny.forceTinyBudget = true;
     for (int round = 0; round < 1500; ++round) {
+        tiny.faster = round % 2 == 0;
         int alphabet = 2 + round % 9;
         auto a = randomLines(rng, 40, alphabet);
         auto b = round % 3 ? mutate(rng, a, alphabet) : randomLines(rng, 40, alphabet);
@@ -118,6 +120,7 @@ TEST(LineDiffFallbacks, AnchorsKeepLargeMovesNearMinimal)
     }
     DiffOptions tiny;
     tiny.forceTinyBudget = true;
+    tiny.faster = true;
     auto exact = diffTexts(joinLines(a), joinLines(b));
     auto cut = diffTexts(joinLines(a), joinLines(b), tiny);
     expectValid(a, b, exact);
@@ -155,6 +158,41 @@ TEST(LineDiffSequences, DirectMatchMarksOnlyUnmatched)
                                skeinmatch::MatchBudget::unlimited(), cx.data(), cy.data());
     EXPECT_EQ(cx, (std::vector<std::uint8_t>{0, 1, 0, 0, 0}));
     EXPECT_EQ(cy, (std::vector<std::uint8_t>{0, 0, 0, 1, 0}));
+}
+
+TEST(LineDiffSequences, SecondThreadGivesTheSameMatch)
+{
+    // A budget that runs out early leaves many ranges for the two workers;
+    // which worker takes which must not change the answer.
+    std::mt19937 rng(11);
+    for (bool anchors : {false, true}) {
+        std::vector<std::uint32_t> x(20000), y(20000);
+        for (auto& v : x)
+            v = rng() % 300;
+        for (auto& v : y)
+            v = rng() % 300;
+        skeinmatch::MatchBudget b;
+        b.total = 200000;
+        b.cutoff = 32;
+        b.anchors = anchors;
+        std::vector<std::uint8_t> c1x(x.size()), c1y(y.size()), c2x(x.size()), c2y(y.size());
+        skeinmatch::matchSequences(x.data(), x.size(), y.data(), y.size(), 300, b, c1x.data(),
+                                   c1y.data(), 1);
+        skeinmatch::matchSequences(x.data(), x.size(), y.data(), y.size(), 300, b, c2x.data(),
+                                   c2y.data(), 2);
+        EXPECT_EQ(c1x, c2x);
+        EXPECT_EQ(c1y, c2y);
+        // Matched elements pair up equal and in order.
+        std::vector<std::uint32_t> keptX, keptY;
+        for (std::size_t i = 0; i < x.size(); ++i)
+            if (!c2x[i])
+                keptX.push_back(x[i]);
+        for (std::size_t j = 0; j < y.size(); ++j)
+            if (!c2y[j])
+                keptY.push_back(y[j]);
+        EXPECT_EQ(keptX, keptY);
+        EXPECT_GT(keptX.size(), 500u);
+    }
 }
 
 TEST(LineDiffPlacement, InsertedFunctionStartsAtItsHeader)

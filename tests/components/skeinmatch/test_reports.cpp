@@ -93,6 +93,24 @@ TEST(HtmlReport, BothStylesAreValidHtml5)
         EXPECT_EQ(html.find("<script"), std::string::npos);
         EXPECT_EQ(html.find("http"), std::string::npos);
     }
+    // With empty lines ignored the equal stretches of the two sides can
+    // differ in length; the pages stay valid and show both sides' lines.
+    Pair blanks("a\n\n\nb\nc\n\n\nd\n", "a\nb\n\nC\nd\n\n");
+    blanks.engine.setIgnoreEmptyLines(true);
+    blanks.engine.CompareFiles();
+    ASSERT_EQ(blanks.engine.DifferenceCount(), 1);
+    for (int style : {1, 2}) {
+        std::string name = "b" + std::to_string(style) + ".html";
+        std::string html = blanks.report(1, style, name);
+        EXPECT_TRUE(parsesAsHtml5(blanks.dir.file(name)));
+        // "b" and "d" face their counterparts, the empty lines stand alone.
+        const char* b = style == 2 ? "<td class=\"n\">4</td><td class=\"t\">b</td><td class=\"n\">2</td>"
+                                   : "<td class=\"n\">4</td><td class=\"n\">2</td><td class=\"t\">b</td>";
+        const char* d = style == 2 ? "<td class=\"n\">8</td><td class=\"t\">d</td><td class=\"n\">5</td>"
+                                   : "<td class=\"n\">8</td><td class=\"n\">5</td><td class=\"t\">d</td>";
+        EXPECT_NE(html.find(b), std::string::npos) << html;
+        EXPECT_NE(html.find(d), std::string::npos) << html;
+    }
     // Identical files make a valid report too.
     Pair same("x\n", "x\n");
     same.engine.CompareFiles();
@@ -133,6 +151,27 @@ TEST(HtmlReport, ShowsTitlesCountsLinksAndWordFormats)
     std::string aio = p.report(1, 1);
     EXPECT_NE(aio.find("<td class=\"n\">2</td><td class=\"n\">2</td><td class=\"t\">alpha "
                        "<span class=\"co\">beta</span><span class=\"cm\">BETA</span> gamma"),
+              std::string::npos);
+}
+
+TEST(HtmlReport, EditedLinesOfAChangeFaceEachOther)
+{
+    // A function inserted in front of an edited one: the edited line is
+    // paired with its new version, not with the inserted header.
+    Pair p("}\n\nint c(int x) {\n    return x * 3;\n}\n",
+           "}\n\nint b() {\n    return 2;\n}\n\nint c(long x) {\n    return x * 4;\n}\n");
+    p.engine.CompareFiles();
+    ASSERT_EQ(p.engine.DifferenceCount(), 1);
+    std::string sbs = p.report(1, 2);
+    EXPECT_NE(sbs.find("<td class=\"n\">3</td><td class=\"t\">int c(<span class=\"co\">int</span> x) "
+                       "{</td><td class=\"n\">7</td><td class=\"t\">int c(<span class=\"cm\">long</span>"),
+              std::string::npos);
+    EXPECT_NE(sbs.find("<td class=\"n\"></td><td class=\"t\"></td><td class=\"n\">3</td><td "
+                       "class=\"t\"><span class=\"add\">int b() {</span>"),
+              std::string::npos);
+    std::string aio = p.report(1, 1);
+    EXPECT_NE(aio.find("<td class=\"n\">4</td><td class=\"n\">8</td><td class=\"t\">    return x * "
+                       "<span class=\"co\">3</span><span class=\"cm\">4</span>;"),
               std::string::npos);
 }
 
