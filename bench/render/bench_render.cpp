@@ -6,6 +6,7 @@
 //
 //   bench_render [paragraphs ...]          (default: 10000 100000)
 //   bench_render --rtf [paragraphs ...]    the same pairs as RTF files
+//   bench_render --aio [paragraphs ...]    the all-in-one view instead
 //
 // Figures in milliseconds: loading both files, the refresh without reload
 // (engine, list, render, panes), the first paint of the viewer after it, and
@@ -19,6 +20,7 @@
 #include "shell/modMessageBox.h"
 
 #include <QApplication>
+#include <QPushButton>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QTemporaryDir>
@@ -125,10 +127,13 @@ int main(int argc, char** argv)
     });
 
     bool rtf = false;
+    bool aio = false;
     QList<int> sizes;
     for (int i = 1; i < argc; ++i) {
         if (QByteArray(argv[i]) == "--rtf")
             rtf = true;
+        else if (QByteArray(argv[i]) == "--aio")
+            aio = true;
         else
             sizes << std::atoi(argv[i]);
     }
@@ -155,6 +160,8 @@ int main(int argc, char** argv)
         frmCompareFiles viewer;
         viewer.resize(1400, 900);
         viewer.Setup(QStringLiteral("1_CompareFile"), false);
+        if (aio)
+            viewer.cmdChangeViewFormat->setText(QLatin1String(frmCompareFiles::kViewSideBySide));
         viewer.show();
         QCoreApplication::processEvents();
 
@@ -182,7 +189,7 @@ int main(int argc, char** argv)
         lap(reload, reloadCpu);
 
         auto fig = [](double wall, double cpu) { return QStringLiteral("%1 (%2)").arg(wall, 0, 'f', 0).arg(cpu, 0, 'f', 0); };
-        std::printf("%-10d %-5s %8d %7d %11s %13s %11s %13s\n", n, rtf ? "rtf" : "text", sections,
+        std::printf("%-10d %-5s %8d %7d %11s %13s %11s %13s\n", n, rtf ? (aio ? "rtf/1" : "rtf") : (aio ? "txt/1" : "text"), sections,
                     viewer.SkeinMacroDiff.DifferenceCount(), qPrintable(fig(load, loadCpu)),
                     qPrintable(fig(refresh, refreshCpu)), qPrintable(fig(paint, paintCpu)),
                     qPrintable(fig(reload, reloadCpu)));

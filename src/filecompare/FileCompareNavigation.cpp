@@ -122,6 +122,9 @@ void frmCompareFiles::ShowDifferenceAIO()
     int kind = 0, lf = 0, ll = 0, rf = 0, rl = 0;
     if (!SkeinMacroDiff.GetDifference(mlCurrentDifference - 1, kind, lf, ll, rf, rl))
         return;
+    const std::array<RichTextBox*, 3> boxes{rtbOriginal, rtbModified, rtbAIODiff};
+    for (RichTextBox* box : boxes)
+        box->setUpdatesLocked(true);
     docOriginal.SelectParagraphs(lf, ll, false);
     docModified.SelectParagraphs(rf, rl, false);
     if (kind != filecompare::kKindAddition) {
@@ -136,6 +139,8 @@ void frmCompareFiles::ShowDifferenceAIO()
     }
     if (!moFileOptions.bSelectTextInDiffViewer.Data())
         rtbAIODiff->setSelLength(1);
+    for (RichTextBox* box : boxes)
+        box->setUpdatesLocked(false);
 }
 
 void frmCompareFiles::UpdateDifferenceButtons()
