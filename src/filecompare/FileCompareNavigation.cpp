@@ -8,6 +8,8 @@
 
 #include <QAction>
 #include <QComboBox>
+#include <QScrollBar>
+#include <QTextEdit>
 #include <QStringList>
 
 #include <array>
@@ -15,6 +17,25 @@
 using filecompare::DoEvents;
 
 namespace {
+
+// Puts the selection of a shown box a third down its view when scrolling
+// had left it at an edge, so that what comes before it is in sight too.
+void bringSelectionToThird(RichTextBox* box, bool& coupling)
+{
+    QTextEdit* view = box->view();
+    if (!view || !view->isVisible())
+        return;
+    const int height = view->viewport()->height();
+    const int top = view->cursorRect(view->textCursor()).top();
+    QTextCursor start = view->textCursor();
+    start.setPosition(view->textCursor().selectionStart());
+    const int selectionTop = view->cursorRect(start).top();
+    if (selectionTop >= height / 6 && top <= height * 5 / 6)
+        return;
+    coupling = true;
+    view->verticalScrollBar()->setValue(view->verticalScrollBar()->value() + selectionTop - height / 3);
+    coupling = false;
+}
 
 QString paragraphText(clsRTBDocument& doc, RichTextBox* box, qint32 paragraph)
 {
@@ -113,8 +134,10 @@ void frmCompareFiles::ShowDifferenceSBS()
         rtbOriginalDiffFinal->setSelLength(1);
         rtbModifiedDiffFinal->setSelLength(1);
     }
-    for (RichTextBox* box : boxes)
+    for (RichTextBox* box : boxes) {
         box->setUpdatesLocked(false);
+        bringSelectionToThird(box, couplingScroll_);
+    }
 }
 
 void frmCompareFiles::ShowDifferenceAIO()
@@ -139,8 +162,10 @@ void frmCompareFiles::ShowDifferenceAIO()
     }
     if (!moFileOptions.bSelectTextInDiffViewer.Data())
         rtbAIODiff->setSelLength(1);
-    for (RichTextBox* box : boxes)
+    for (RichTextBox* box : boxes) {
         box->setUpdatesLocked(false);
+        bringSelectionToThird(box, couplingScroll_);
+    }
 }
 
 void frmCompareFiles::UpdateDifferenceButtons()
