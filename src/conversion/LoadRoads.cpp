@@ -16,11 +16,13 @@ bool pathHolds(const QString& path, std::initializer_list<const char*> texts)
 
 LoadRoad RoadForEditorFile(const QString& path, bool bHTMLCompareSource)
 {
-    if (pathHolds(path, {".XLS"}))
+    // OpenDocument files join the spreadsheet and word groups: without them
+    // an .ods or .odt file would be copied byte for byte into the editor.
+    if (pathHolds(path, {".XLS", ".ODS"}))
         return LoadRoad::Spreadsheet;
     if (!bHTMLCompareSource && pathHolds(path, {".JHTM", ".XHTM", ".HTM"}))
         return LoadRoad::Word;
-    if (pathHolds(path, {".REG", ".WPD", ".WPS", ".MCW", ".ANS", ".ASC", ".DOC"}))
+    if (pathHolds(path, {".REG", ".WPD", ".WPS", ".MCW", ".ANS", ".ASC", ".DOC", ".ODT"}))
         return LoadRoad::Word;
     if (pathHolds(path, {".PDF"}))
         return LoadRoad::Pdf;

@@ -9,8 +9,8 @@
 #include <QtGlobal>
 
 enum class LoadRoad {
-    Spreadsheet,  // ".XLS"
-    Word,         // Word and the other word processor formats; HTML unless compared as source
+    Spreadsheet,  // ".XLS", ".ODS"
+    Word,         // Word, OpenDocument text and the other word processor formats; HTML unless compared as source
     Pdf,          // ".PDF"
     Copy,         // everything else goes in as it is: text, RTF, sources
 };
