@@ -20,7 +20,8 @@ bool pathHasAny(const QString& path, std::initializer_list<const char*> texts)
     return false;
 }
 
-// The blank-line step treats workbooks as comma separated text.
+// OpenDocument files join the spreadsheet and word groups: without them an
+// .ods or .odt file would be copied byte for byte into the editor.
 bool isSpreadsheetPath(const QString& path)
 {
     return pathHasAny(path, {".XLS", ".ODS"});
@@ -95,14 +96,32 @@ ConversionOptions ConversionOptionsFrom(const clsCompareFileOptions& s)
     return o;
 }
 
+LoadRoad RoadForFile(const QString& sFile, bool bHTMLCompareSource)
+{
+    if (isSpreadsheetPath(sFile))
+        return LoadRoad::Spreadsheet;
+    if (!bHTMLCompareSource && pathHasAny(sFile, {".JHTM", ".XHTM", ".HTM"}))
+        return LoadRoad::WordDocument;
+    if (pathHasAny(sFile, {".REG", ".WPD", ".WPS", ".MCW", ".ANS", ".ASC", ".DOC", ".ODT"}))
+        return LoadRoad::WordDocument;
+    if (pathHasAny(sFile, {".PDF"}))
+        return LoadRoad::Pdf;
+    return LoadRoad::Copy;
+}
+
+qint32 WordConversionType(const ConversionOptions& options)
+{
+    return options.bRemoveFormatting ? 2 : 6;
+}
+
 bool ConvertFileIfNecessary(ConversionControls& controls, const QString& sFile, const QString& File_cnvt,
                             const ConversionOptions& options, bool bIsOriginalFile)
 {
-    switch (RoadForEditorFile(sFile, options.bHTMLCompareSource)) {
+    switch (RoadForFile(sFile, options.bHTMLCompareSource)) {
     case LoadRoad::Spreadsheet:
         return spreadsheetRoad(controls, sFile, File_cnvt, options, bIsOriginalFile);
-    case LoadRoad::Word:
-        if (ConverterWordDoc(controls, sFile, File_cnvt, WordConversionType(options.bRemoveFormatting)))
+    case LoadRoad::WordDocument:
+        if (ConverterWordDoc(controls, sFile, File_cnvt, WordConversionType(options)))
             return true;
         report(QStringLiteral("LoadFileIntoEditor(): Unable to convert Word file.\n\n") + sFile);
         return false;
@@ -123,13 +142,13 @@ bool ConvertFileIfNecessary(ConversionControls& controls, const QString& sFile, 
 bool StageFileForDiffPane(ConversionControls& controls, const QString& sFile, const QString& sTemp,
                           const ConversionOptions& options)
 {
-    if (DiffPaneCopiesFile(sFile)) {
+    if (pathHasAny(sFile, {".DAT", ".BAS", ".FRM", ".C", ".cpp", ".TXT", ".RTF", ".JHTM", ".XHTM", ".HTM"})) {
         if (copyFile(sFile, sTemp))
             return true;
         report(QStringLiteral("LoadFileIntoEditor(): Unable to copy file.\n\n") + sFile);
         return false;
     }
-    if (ConverterWordDoc(controls, sFile, sTemp, WordConversionType(options.bRemoveFormatting)))
+    if (ConverterWordDoc(controls, sFile, sTemp, WordConversionType(options)))
         return true;
     report(QStringLiteral("LoadFileIntoEditor(): Unable to convert Word file.\n\n") + sFile);
     return false;

@@ -6,7 +6,6 @@
 // its windows.
 
 #include "conversion/ConverterRoutines.h"
-#include "conversion/LoadRoads.h"
 
 #include <QString>
 
@@ -32,8 +31,16 @@ struct ConversionOptions {
 
 ConversionOptions ConversionOptionsFrom(const clsCompareFileOptions& options);
 
-// Converts or copies sFile into File_cnvt by its road (RoadForEditorFile);
-// the options of the
+enum class LoadRoad { Spreadsheet, WordDocument, Pdf, Copy };
+
+// The road of a file by its name: the extension texts are looked for
+// anywhere in the path, without regard to case, in a fixed order.
+LoadRoad RoadForFile(const QString& sFile, bool bHTMLCompareSource);
+
+// 2 (plain text) when formatting is to be removed, else 6 (rich text).
+qint32 WordConversionType(const ConversionOptions& options);
+
+// Converts or copies sFile into File_cnvt by its road; the options of the
 // original side (master) or of the modified side (source) apply to a
 // spreadsheet. False, after the message of the failing step, when File_cnvt
 // does not hold the result.

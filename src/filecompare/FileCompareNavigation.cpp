@@ -10,6 +10,8 @@
 #include <QComboBox>
 #include <QStringList>
 
+#include <array>
+
 using filecompare::DoEvents;
 
 namespace {
@@ -96,14 +98,23 @@ void frmCompareFiles::ShowDifferenceSBS()
     int kind = 0, lf = 0, ll = 0, rf = 0, rl = 0;
     if (!SkeinMacroDiff.GetDifference(mlCurrentDifference - 1, kind, lf, ll, rf, rl))
         return;
-    docOriginal.SelectParagraphs(lf, ll, true);
-    docModified.SelectParagraphs(rf, rl, true);
+    // The views take the final selections once, so each scrolls once. In the
+    // editors the paragraphs are selected without their last line end: a
+    // selection that reaches into the next paragraph makes the view lay out
+    // its whole document before it can show it, seconds for a long one.
+    const std::array<RichTextBox*, 4> boxes{rtbOriginal, rtbModified, rtbOriginalDiffFinal, rtbModifiedDiffFinal};
+    for (RichTextBox* box : boxes)
+        box->setUpdatesLocked(true);
+    docOriginal.SelectParagraphs(lf, ll, false);
+    docModified.SelectParagraphs(rf, rl, false);
     docOriginalDiffFinal.SelectParagraphs(lf, ll, true);
     docModifiedDiffFinal.SelectParagraphs(rf, rl, true);
     if (!moFileOptions.bSelectTextInDiffViewer.Data()) {
         rtbOriginalDiffFinal->setSelLength(1);
         rtbModifiedDiffFinal->setSelLength(1);
     }
+    for (RichTextBox* box : boxes)
+        box->setUpdatesLocked(false);
 }
 
 void frmCompareFiles::ShowDifferenceAIO()

@@ -59,13 +59,24 @@ using Messages = Recorder;
 
 } // namespace
 
-TEST(RoadForEditorFile, OpenDocumentFilesAreConvertedToo)
+TEST(RoadForFile, FirstHitOfTheNameTableDecides)
 {
-    EXPECT_EQ(RoadForEditorFile("/d/book.XLSX", false), LoadRoad::Spreadsheet);
-    EXPECT_EQ(RoadForEditorFile("/d/book.ods", false), LoadRoad::Spreadsheet);
-    EXPECT_EQ(RoadForEditorFile("/d/letter.odt", false), LoadRoad::Word);
-    EXPECT_EQ(RoadForEditorFile("/d/x.htm.asc", true), LoadRoad::Word);
-    EXPECT_EQ(RoadForEditorFile("/d/data.csv", false), LoadRoad::Copy);
+    EXPECT_EQ(RoadForFile("/d/report.xls.doc", false), LoadRoad::Spreadsheet);
+    EXPECT_EQ(RoadForFile("/d/report.doc.pdf", false), LoadRoad::WordDocument);
+    EXPECT_EQ(RoadForFile("/d/book.XLSX", false), LoadRoad::Spreadsheet);
+    EXPECT_EQ(RoadForFile("/d/book.ods", false), LoadRoad::Spreadsheet);
+    EXPECT_EQ(RoadForFile("/old.docs/a.txt", false), LoadRoad::WordDocument);
+    EXPECT_EQ(RoadForFile("/d/x.HTML", false), LoadRoad::WordDocument);
+    EXPECT_EQ(RoadForFile("/d/x.HTML", true), LoadRoad::Copy);
+    EXPECT_EQ(RoadForFile("/d/x.htm.asc", true), LoadRoad::WordDocument);
+    EXPECT_EQ(RoadForFile("/d/letter.odt", false), LoadRoad::WordDocument);
+    EXPECT_EQ(RoadForFile("/d/a.Pdf", false), LoadRoad::Pdf);
+    for (const char* copied : {"/d/a.txt", "/d/a.RTF", "/d/main.cpp", "/d/data.csv", "/d/noext"})
+        EXPECT_EQ(RoadForFile(copied, false), LoadRoad::Copy) << copied;
+    ConversionOptions o;
+    EXPECT_EQ(WordConversionType(o), 6);
+    o.bRemoveFormatting = true;
+    EXPECT_EQ(WordConversionType(o), 2);
 }
 
 TEST_F(Pipeline, WordDocumentsArriveAsRichTextOrPlainText)
