@@ -205,6 +205,7 @@ void frmCompareFiles::ReadIniFile(bool bRestorePlacement)
     if (FileExistsOnDisk(cbSelectModified->currentText()))
         LoadFileIntoEditor(cbSelectModified->currentText(), kModified);
 
+    ReadReportSettings();
     RefreshCompareOptionsGUI();
     RefreshButtonStates();
     UpdateWindowCaption();
@@ -223,6 +224,7 @@ void frmCompareFiles::SaveIniFile()
     writeIniBool(sDescription, "bWarnedAboutHTMLAlready", bWarnedAboutHTMLAlready);
     IniWriteString(gsIniFile, sDescription, QStringLiteral("dRatioTopEditor"),
                    QString::number(dRatioTopEditor, 'g', 6));
+    SaveReportSettings();
     const QWidget* window = parentWidget() ? parentWidget() : this;
     const qint32 state = WindowStateNumber(window);
     IniWriteString(gsIniFile, sDescription, QStringLiteral("WindowState"), QString::number(state));

@@ -83,6 +83,7 @@ void frmCompareFiles::buildControls()
     layout->addWidget(sbStatus);
     buildComparePage();
     buildOptionsPage();
+    buildReportPage();
 
     timerRefresh = new QTimer(this);
     timerRefresh->setObjectName(QStringLiteral("timerRefresh"));
@@ -148,10 +149,10 @@ void frmCompareFiles::buildComparePage()
     tbFindAndReplace = action("tbFindAndReplace", QIcon(), QStringLiteral("Find"),
                               QStringLiteral("Find and/or Replace (F3)"));
     tbViewReport = action("tbViewReport", QIcon(), QStringLiteral("Report"), QStringLiteral("View Report (F2)"));
-    // Their commands arrive with the editing and report commands.
+    // Their commands arrive with the editing commands.
     tbSwap->setEnabled(false);
     tbFindAndReplace->setEnabled(false);
-    tbViewReport->setEnabled(false);
+    connect(tbViewReport, &QAction::triggered, this, &frmCompareFiles::cmdViewReport_Click);
     tbMain->addSeparator();
     tbShowDifferenceFirst = action("tbShowDifferenceFirst", st->standardIcon(QStyle::SP_MediaSkipBackward),
                                    QString(), QStringLiteral("Go to first difference (Ctrl+Shift+F7)"));
@@ -170,6 +171,7 @@ void frmCompareFiles::buildComparePage()
     connect(tbShowDifferencePrevious, &QAction::triggered, this, &frmCompareFiles::tbShowDifferencePrevious_Click);
     connect(tbShowDifferenceNext, &QAction::triggered, this, &frmCompareFiles::tbShowDifferenceNext_Click);
     connect(tbShowDifferenceLast, &QAction::triggered, this, &frmCompareFiles::tbShowDifferenceLast_Click);
+    connect(tbShowDifferenceUnknown, &QAction::triggered, this, &frmCompareFiles::tbShowDifferenceUnknown_Click);
     tbShowDifferenceUnknown->setEnabled(false);
 
     cmboChangeListing = new QComboBox(frameCF);
@@ -371,7 +373,7 @@ void frmCompareFiles::buildComparePage()
     cmdViewReport = new QPushButton(QStringLiteral("View Report"), frameCF);
     cmdViewReport->setObjectName(QStringLiteral("cmdViewReport"));
     cmdViewReport->setToolTip(QStringLiteral("Create and show the default report (F2)"));
-    cmdViewReport->setEnabled(false);
+    connect(cmdViewReport, &QPushButton::clicked, this, &frmCompareFiles::cmdViewReport_Click);
 
     frameCF->installEventFilter(this);
 }
@@ -477,8 +479,10 @@ void frmCompareFiles::buildMenus()
     a = add(mnuDifference, "mnuShowLastDifference", QStringLiteral("Show &Last Difference"));
     a->setShortcut(Qt::CTRL | Qt::Key_F7);
     connect(a, &QAction::triggered, this, &frmCompareFiles::tbShowDifferenceLast_Click);
-    // The go-to dialog arrives with the rest of the navigation.
-    add(mnuDifference, "mnuShowDifferenceSelected", QStringLiteral("&Go to selected difference"))->setEnabled(false);
+    mnuShowDifferenceSelected =
+        add(mnuDifference, "mnuShowDifferenceSelected", QStringLiteral("&Go to selected difference"));
+    mnuShowDifferenceSelected->setShortcut(Qt::Key_F4);
+    connect(mnuShowDifferenceSelected, &QAction::triggered, this, &frmCompareFiles::tbShowDifferenceUnknown_Click);
     mnuRefresh = add(mnuView, "mnuRefresh", QStringLiteral("Refresh &Difference Viewer"));
     mnuRefresh->setShortcut(Qt::Key_F5);
     connect(mnuRefresh, &QAction::triggered, this,
@@ -488,7 +492,9 @@ void frmCompareFiles::buildMenus()
     mnuToggleView->setShortcut(Qt::Key_F6);
     connect(mnuToggleView, &QAction::triggered, this, &frmCompareFiles::cmdChangeViewFormat_Click);
     add(mnuView, "mnuSwap", QStringLiteral("&Swap Master and Source Text"))->setEnabled(false);
-    add(mnuView, "mnuReport", QStringLiteral("&Report"))->setEnabled(false);
+    mnuReport = add(mnuView, "mnuReport", QStringLiteral("&Report"));
+    mnuReport->setShortcut(Qt::Key_F2);
+    connect(mnuReport, &QAction::triggered, this, &frmCompareFiles::cmdViewReport_Click);
     mnuView->addSeparator();
     mnuWordWrap = add(mnuView, "mnuWordWrap", QStringLiteral("&Word Wrap"));
     mnuWordWrap->setCheckable(true);
@@ -525,6 +531,8 @@ void frmCompareFiles::buildMenus()
     add(mnuPopup, "mnuPopupPrintActiveEditor", QStringLiteral("Print This Editor"))->setEnabled(false);
     mnuPopupCompareSelectedText = add(mnuPopup, "mnuPopupCompareSelectedText", QStringLiteral("&Compare Selected Text"));
     connect(mnuPopupCompareSelectedText, &QAction::triggered, this, &frmCompareFiles::CompareSelectedText);
+    mnuPopupReport = add(mnuPopup, "mnuPopupReport", QStringLiteral("&Report"));
+    connect(mnuPopupReport, &QAction::triggered, this, &frmCompareFiles::cmdViewReport_Click);
     connect(mnuView, &QMenu::aboutToShow, this, &frmCompareFiles::RefreshMenuItems);
     RefreshMenuItems();
 }

@@ -5,9 +5,12 @@
 #include "filecompare/FileCompareFormats.h"
 #include "filecompare/FileCompareWidgets.h"
 #include "filecompare/frmCompareFiles.h"
+#include "filecompare/frmCompareFilesGoTo.h"
+#include "shell/modMessageBox.h"
 
 #include <QAction>
 #include <QComboBox>
+#include <QLineEdit>
 #include <QScrollBar>
 #include <QTextEdit>
 #include <QStringList>
@@ -184,9 +187,7 @@ void frmCompareFiles::UpdateDifferenceButtons()
     tbShowDifferencePrevious->setEnabled(previous);
     tbShowDifferenceNext->setEnabled(next);
     tbShowDifferenceLast->setEnabled(last);
-    // The chooser needs its dialog, which arrives with the rest of navigation.
-    tbShowDifferenceUnknown->setEnabled(false);
-    Q_UNUSED(unknown);
+    tbShowDifferenceUnknown->setEnabled(unknown);
 }
 
 void frmCompareFiles::UpdateStatusBar()
@@ -266,4 +267,29 @@ void frmCompareFiles::tbShowDifferenceLast_Click()
         return;
     mlCurrentDifference = SkeinMacroDiff.DifferenceCount();
     ShowCurrentDifference(true);
+}
+
+void frmCompareFiles::tbShowDifferenceUnknown_Click()
+{
+    // The menu entry and F4 come here even while the button is off.
+    const int count = SkeinMacroDiff.DifferenceCount();
+    if (count < 1) {
+        MsgBox(this, QStringLiteral("No differences to go to"), MsgButtons::OK, MsgIcon::None,
+               QStringLiteral("Error"));
+        return;
+    }
+    frmCompareFilesGoTo dialog(this);
+    dialog.txtGoTo->setText(QString::number(mlCurrentDifference));
+    dialog.txtGoTo->selectAll();
+    dialog.Run();
+    if (dialog.bCancelled)
+        return;
+    // A text that is no whole number goes nowhere, like a number outside
+    // the list.
+    bool ok = false;
+    const qint32 n = dialog.txtGoTo->text().trimmed().toInt(&ok);
+    if (ok && n > 0 && n < count + 1) {
+        mlCurrentDifference = n;
+        ShowCurrentDifference(true);
+    }
 }

@@ -13,6 +13,7 @@
 //   FileCompareRecords.cpp     the filtered views and their buttons
 //   FileCompareNavigation.cpp  the difference list, moving between differences
 //   FileCompareOptions.cpp     the compare options page
+//   FileCompareReports.cpp     the report options page, reports and their launch
 //
 // Everything runs on the user interface thread. A run lets queued events
 // through once per step, so that Abort (the toolbar button, a click on the
@@ -35,6 +36,7 @@
 class QAction;
 class QComboBox;
 class QLabel;
+class QLineEdit;
 class QMenu;
 class QPushButton;
 class QRadioButton;
@@ -169,6 +171,8 @@ public:
     void tbShowDifferencePrevious_Click();
     void tbShowDifferenceNext_Click();
     void tbShowDifferenceLast_Click();
+    // The go-to dialog (F4).
+    void tbShowDifferenceUnknown_Click();
 
     // --- layout (FileCompareLayout.cpp) ----------------------------------------------
     void Form_Resize();
@@ -179,6 +183,28 @@ public:
     void RefreshMenuItems();
     void RefreshButtonStates();
     void CompareSelectedText();
+
+    // --- reports (FileCompareReports.cpp) --------------------------------------------
+    // Report formats and styles as the engine and the INI file number them.
+    enum ReportFormat : qint32 { kReportHTML = 1, kReportText = 2, kReportCSV = 3 };
+    enum ReportStyle : qint32 { kStyleAllInOne = 1, kStyleSideBySide = 2 };
+    // Compares the editors again and has the engine write the report; true
+    // when it did. A failure shows its message box ("Report Creation Error").
+    bool CreateReport(const QString& sReportFile, qint32 lReportFormat, qint32 lReportStyle);
+    // Gives the engine the titles of a report of this format: the two paths
+    // as the user sees them, and for HTML the titles of the Report Options
+    // page where they are filled in.
+    void SetReportTitles(qint32 lReportFormat);
+    // The default report of the Report Options page, created and opened (F2).
+    void cmdViewReport_Click();
+    void cmdSelectReportFolderDefaultCSV_Click();
+    void cmdSelectReportFolderDefaultHTM_Click();
+    void cmdSelectReportFolderDefaultTXT_Click();
+    // The format and style chosen on the page.
+    qint32 SelectedReportFormat() const;
+    qint32 SelectedReportStyle() const;
+    void ReadReportSettings();
+    void SaveReportSettings();
 
     // --- options page (FileCompareOptions.cpp) ---------------------------------------
     void RefreshCompareOptionsGUI();
@@ -305,6 +331,21 @@ public:
     QRadioButton* rbReloadOnRefresh = nullptr;
     QRadioButton* rbNoReloadOnRefresh = nullptr;
 
+    // Report options page; the radio buttons are numbered from 1 as their
+    // values are, item 0 is unused.
+    std::array<QRadioButton*, 4> rbDefaultReport{};
+    std::array<QRadioButton*, 3> rbDefaultReportStyle{};
+    QWidget* frameReportStyle = nullptr;
+    QLineEdit* txtDefaultReportHTM = nullptr;
+    QLineEdit* txtDefaultReportTXT = nullptr;
+    QLineEdit* txtDefaultReportCSV = nullptr;
+    QLineEdit* txtReportTitleHTML = nullptr;
+    QLineEdit* txtReportMasterTitleHTML = nullptr;
+    QLineEdit* txtReportSourceTitleHTML = nullptr;
+    QToolButton* cmdSelectReportFolderDefaultHTM = nullptr;
+    QToolButton* cmdSelectReportFolderDefaultTXT = nullptr;
+    QToolButton* cmdSelectReportFolderDefaultCSV = nullptr;
+
     // --- menus ------------------------------------------------------------------------
     QMenu* mnuFile = nullptr;
     QMenu* mnuEdit = nullptr;
@@ -318,6 +359,9 @@ public:
     QAction* mnuRefresh = nullptr;
     QAction* mnuToggleView = nullptr;
     QAction* mnuWordWrap = nullptr;
+    QAction* mnuReport = nullptr;
+    QAction* mnuPopupReport = nullptr;
+    QAction* mnuShowDifferenceSelected = nullptr;
     QAction* mnuHideShowOriginalAndModified = nullptr;
 
 signals:
@@ -339,6 +383,7 @@ private:
     void buildControls();
     void buildComparePage();
     void buildOptionsPage();
+    void buildReportPage();
     void buildMenus();
     void buildStatusBar();
     void wireEditor(RichTextBox* box, qint32 id);

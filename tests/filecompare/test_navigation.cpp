@@ -1,0 +1,271 @@
+// Moving between differences: the rows of the list, clamping at both ends,
+// the enabled buttons for each position, the status bar descriptions, the
+// go-to dialog and the caret position in panel 1.
+
+#include "filecompare/frmCompareFilesGoTo.h"
+#include "filecompare/viewer_fixture.h"
+
+#include <QAction>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTextEdit>
+
+using tvtest::ViewerTest;
+
+namespace {
+
+class NavigationTest : public ViewerTest {
+protected:
+    void TearDown() override
+    {
+        frmCompareFilesGoTo::setRunner({});
+        ViewerTest::TearDown();
+    }
+
+    // Five records: a one-line addition, a two-line deletion, a change of
+    // two paragraphs into one, a two-line addition, a one-line change.
+    void compareFive()
+    {
+        compare(textFile("a.txt", {"keep 1", "gone a", "gone b", "keep 2", "old c1", "old c2", "keep 3", "keep 4",
+                                   "tail old"}),
+                textFile("b.txt", {"new top", "keep 1", "keep 2", "new c", "keep 3", "added x", "added y", "keep 4",
+                                   "tail new"}));
+        ASSERT_EQ(records(), QStringList({"a 0 0 1 1", "d 2 3 2 2", "c 5 6 4 4", "a 7 7 6 7", "c 9 9 9 9"}));
+    }
+
+    QStringList rows() const
+    {
+        QStringList out;
+        for (int i = 0; i < viewer->cmboChangeListing->count(); ++i)
+            out << viewer->cmboChangeListing->itemText(i);
+        return out;
+    }
+
+    // "U F P N L": which of the five buttons are on.
+    QString buttons() const
+    {
+        QString s;
+        for (QAction* a : {viewer->tbShowDifferenceUnknown, viewer->tbShowDifferenceFirst,
+                           viewer->tbShowDifferencePrevious, viewer->tbShowDifferenceNext,
+                           viewer->tbShowDifferenceLast})
+            s += a->isEnabled() ? QLatin1Char('1') : QLatin1Char('0');
+        return s;
+    }
+
+    // Answers the go-to dialog with a text and a button.
+    void answerGoTo(const QString& text, bool ok)
+    {
+        frmCompareFilesGoTo::setRunner([this, text, ok](frmCompareFilesGoTo& d) {
+            offered = d.txtGoTo->text();
+            selectedAll = d.txtGoTo->selectedText() == d.txtGoTo->text();
+            d.txtGoTo->setText(text);
+            (ok ? d.cmdOK : d.cmdCancel)->click();
+        });
+    }
+    QString offered;
+    bool selectedAll = false;
+};
+
+TEST_F(NavigationTest, ListRowsNameEachKindWithTheirOwnPunctuation)
+{
+    compareFive();
+    const QString q = "\"";
+    EXPECT_EQ(rows(), QStringList({
+                          "[1] Addition of 1 line at paragraph (0) : " + q + "new top" + q,
+                          "[2] Deletion of 2 lines at paragraph (2) : " + q + "gone a" + q,
+                          // A change counts the larger side and has no blank behind the colon.
+                          "[3] 2 changes at paragraph (5) :" + q + "old c1" + q,
+                          "[4] Addition of 2 lines at paragraph (7) : " + q + "added x" + q,
+                          "[5] 1 change at paragraph (9) :" + q + "tail old" + q,
+                      }));
+}
+
+TEST_F(NavigationTest, RowsCutLongParagraphsAndShowEmptyOnesAsTwoQuotes)
+{
+    const QString longLine = QString(150, QLatin1Char('x'));
+    compare(textFile("a.txt", {"same", longLine, "same 2", "", "end"}),
+            textFile("b.txt", {"same", "same 2", "end"}));
+    ASSERT_EQ(records(), QStringList({"d 2 2 1 1", "d 4 4 2 2"}));
+    EXPECT_EQ(rows(), QStringList({"[1] Deletion of 1 line at paragraph (2) : \"" + longLine.left(100) + "\"",
+                                   "[2] Deletion of 1 line at paragraph (4) : \"\""}));
+}
+
+TEST_F(NavigationTest, MovesClampAtBothEndsAndTheButtonsFollow)
+{
+    compareFive();
+    // After the run the first difference is current.
+    EXPECT_EQ(viewer->mlCurrentDifference, 1);
+    EXPECT_EQ(buttons(), "10011");
+    EXPECT_EQ(viewer->cmboChangeListing->currentIndex(), 0);
+
+    viewer->tbShowDifferencePrevious_Click();
+    EXPECT_EQ(viewer->mlCurrentDifference, 1) << "0 is moved back to 1";
+    viewer->tbShowDifferenceNext_Click();
+    EXPECT_EQ(viewer->mlCurrentDifference, 2);
+    EXPECT_EQ(buttons(), "11111");
+    EXPECT_EQ(viewer->cmboChangeListing->currentIndex(), 1);
+    EXPECT_EQ(viewer->PanelText(3), "[2] Deletion of 2 lines at paragraph: 2");
+
+    viewer->tbShowDifferenceLast_Click();
+    EXPECT_EQ(viewer->mlCurrentDifference, 5);
+    EXPECT_EQ(buttons(), "11100");
+    viewer->tbShowDifferenceNext_Click();
+    EXPECT_EQ(viewer->mlCurrentDifference, 5) << "no wrap-around";
+    EXPECT_EQ(viewer->PanelText(3), "[5] Change at paragraph: 9");
+    EXPECT_EQ(viewer->mlPreviousDifference, 5);
+
+    viewer->tbShowDifferenceFirst_Click();
+    EXPECT_EQ(viewer->PanelText(3), "[1] Addition of 1 line at paragraph: 0");
+    viewer->mlCurrentDifference = 4;
+    viewer->ShowCurrentDifference(true);
+    EXPECT_EQ(viewer->PanelText(3), "[4] Addition of 2 lines at paragraph: 7");
+
+    // A pick in the list moves without refilling it.
+    viewer->cmboChangeListing->setCurrentIndex(2);
+    emit viewer->cmboChangeListing->activated(2);
+    EXPECT_EQ(viewer->mlCurrentDifference, 3);
+    EXPECT_EQ(viewer->PanelText(3), "[3] Change at paragraph: 5");
+}
+
+TEST_F(NavigationTest, OneDifferenceLeavesOnlyTheFirstButtonAndNoneLeavesNothing)
+{
+    compare(textFile("a.txt", {"one", "two"}), textFile("b.txt", {"one", "TWO"}));
+    EXPECT_EQ(buttons(), "01000");
+    const QString same = textFile("c.txt", {"one"});
+    compare(same, same);
+    EXPECT_EQ(buttons(), "00000");
+    // With nothing to go to the four moves say nothing and change nothing.
+    viewer->tbShowDifferenceNext_Click();
+    viewer->tbShowDifferenceLast_Click();
+    EXPECT_EQ(viewer->PanelText(3), "Compare Completed. No differences detected.");
+    EXPECT_TRUE(dialogs.boxes.isEmpty());
+}
+
+TEST_F(NavigationTest, SideBySideSelectsTheSameRecordInAllFourBoxes)
+{
+    compareFive();
+    viewer->mlCurrentDifference = 2;
+    viewer->ShowCurrentDifference(true);
+    // The editors without the last line end, the panes with it.
+    EXPECT_EQ(viewer->rtbOriginal->SelText(), "gone a\ngone b");
+    EXPECT_EQ(viewer->rtbOriginalDiffFinal->SelStart(), viewer->rtbOriginal->SelStart());
+    EXPECT_EQ(viewer->rtbOriginalDiffFinal->SelLength(), 1) << "one character unless the option asks for all";
+    viewer->moFileOptions.bSelectTextInDiffViewer = true;
+    viewer->ShowCurrentDifference(true);
+    EXPECT_EQ(viewer->rtbOriginalDiffFinal->SelText(), "gone a\ngone b\n");
+    // The Modified side has nothing of a deletion: its pane marks the
+    // paragraph beside which the lost lines stood.
+    EXPECT_EQ(viewer->rtbModifiedDiffFinal->SelText(), "keep 1\n");
+}
+
+TEST_F(NavigationTest, AllInOneSelectsAnAdditionAtTheTopFromTheStart)
+{
+    viewer->cmdChangeViewFormat->setText(frmCompareFiles::kViewSideBySide);
+    viewer->moFileOptions.bSelectTextInDiffViewer = true;
+    compareFive();
+    viewer->tbShowDifferenceFirst_Click();
+    EXPECT_EQ(viewer->rtbAIODiff->SelStart(), 0);
+    EXPECT_TRUE(viewer->rtbAIODiff->SelText().startsWith("new top\nkeep 1")) << viewer->rtbAIODiff->SelText().toStdString();
+    viewer->tbShowDifferenceNext_Click();
+    EXPECT_EQ(viewer->rtbAIODiff->SelText(), "gone a\ngone b\n");
+}
+
+TEST_F(NavigationTest, GoToMovesOnlyToANumberInTheList)
+{
+    compareFive();
+    viewer->tbShowDifferenceNext_Click();
+
+    answerGoTo("4", true);
+    viewer->tbShowDifferenceUnknown_Click();
+    EXPECT_EQ(offered, "2") << "the dialog starts on the current difference";
+    EXPECT_TRUE(selectedAll);
+    EXPECT_EQ(viewer->mlCurrentDifference, 4);
+    EXPECT_EQ(viewer->cmboChangeListing->currentIndex(), 3);
+
+    for (const QString& text : {QStringLiteral("0"), QStringLiteral("6"), QStringLiteral("-1"),
+                                QStringLiteral("two"), QStringLiteral(""), QStringLiteral("2.5")}) {
+        answerGoTo(text, true);
+        viewer->tbShowDifferenceUnknown_Click();
+        EXPECT_EQ(viewer->mlCurrentDifference, 4) << text.toStdString();
+    }
+    answerGoTo("1", false);
+    viewer->tbShowDifferenceUnknown_Click();
+    EXPECT_EQ(viewer->mlCurrentDifference, 4) << "cancelled";
+    answerGoTo(" 5 ", true);
+    viewer->tbShowDifferenceUnknown_Click();
+    EXPECT_EQ(viewer->mlCurrentDifference, 5);
+    EXPECT_TRUE(dialogs.boxes.isEmpty());
+}
+
+TEST_F(NavigationTest, GoToWithoutDifferencesSaysSoThoughItsButtonIsOff)
+{
+    bool asked = false;
+    frmCompareFilesGoTo::setRunner([&](frmCompareFilesGoTo&) { asked = true; });
+    const QString same = textFile("a.txt", {"x"});
+    compare(same, same);
+    EXPECT_FALSE(viewer->tbShowDifferenceUnknown->isEnabled());
+    viewer->mnuShowDifferenceSelected->trigger();
+    EXPECT_EQ(dialogs.boxes, QStringList({"Error | No differences to go to"}));
+    EXPECT_FALSE(asked);
+}
+
+TEST_F(NavigationTest, TheGoToDialogHidesOnOkAndFlagsCancel)
+{
+    frmCompareFilesGoTo d;
+    EXPECT_EQ(d.windowTitle(), "Go To Difference");
+    EXPECT_EQ(d.lblGoTo->text(), "Go To Difference Number");
+    EXPECT_EQ(d.cmdCancel->text(), "Cancel");
+    EXPECT_FALSE(d.bCancelled);
+    d.show();
+    d.cmdOK->click();
+    EXPECT_FALSE(d.isVisible());
+    EXPECT_FALSE(d.bCancelled);
+    d.show();
+    d.cmdCancel->click();
+    EXPECT_TRUE(d.bCancelled);
+}
+
+TEST_F(NavigationTest, NavigationKeysAreTheOnesTheTipsName)
+{
+    auto key = [this](const char* name) { return viewer->findChild<QAction*>(name)->shortcut(); };
+    EXPECT_EQ(key("mnuShowNextDifference"), QKeySequence(Qt::Key_F7));
+    EXPECT_EQ(key("mnuShowPreviousDifference"), QKeySequence(Qt::SHIFT | Qt::Key_F7));
+    EXPECT_EQ(key("mnuShowLastDifference"), QKeySequence(Qt::CTRL | Qt::Key_F7));
+    EXPECT_EQ(key("mnuShowFirstDifference"), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_F7));
+    EXPECT_EQ(key("mnuShowDifferenceSelected"), QKeySequence(Qt::Key_F4));
+    EXPECT_EQ(key("mnuToggleView"), QKeySequence(Qt::Key_F6));
+    EXPECT_EQ(key("mnuReport"), QKeySequence(Qt::Key_F2));
+    EXPECT_EQ(viewer->tbShowDifferenceFirst->toolTip(), "Go to first difference (Ctrl+Shift+F7)");
+    EXPECT_EQ(viewer->tbShowDifferenceLast->toolTip(), "Go to last difference (CTRL+F7)");
+    EXPECT_EQ(viewer->tbShowDifferenceUnknown->toolTip(), "Go To Difference you choose (F4)");
+}
+
+TEST_F(NavigationTest, PanelOneShowsRowAndColumnOfTheActiveEditor)
+{
+    compare(textFile("a.txt", {"first line", "second line"}), textFile("b.txt", {"first line", "other"}));
+    viewer->mlActiveEditor = frmCompareFiles::kOriginal;
+    viewer->rtbOriginal->setSelStart(int(QString("first line\nsec").size()));
+    viewer->RefreshStatusBarItems();
+    EXPECT_EQ(viewer->PanelText(1), "Row: 2  Column: 4");
+    viewer->mlActiveEditor = frmCompareFiles::kModified;
+    viewer->rtbModified->setSelStart(0);
+    viewer->RefreshStatusBarItems();
+    EXPECT_EQ(viewer->PanelText(1), "Row: 1  Column: 1");
+}
+
+TEST_F(NavigationTest, TheViewSwitchKeepsTheCurrentDifference)
+{
+    compareFive();
+    viewer->mlCurrentDifference = 3;
+    viewer->ShowCurrentDifference(true);
+    viewer->cmdChangeViewFormat_Click();
+    EXPECT_EQ(viewer->cmdChangeViewFormat->text(), frmCompareFiles::kViewSideBySide);
+    EXPECT_EQ(viewer->mlCurrentDifference, 3);
+    EXPECT_EQ(viewer->PanelText(3), "[3] Change at paragraph: 5");
+    EXPECT_TRUE(viewer->mbAllInOneFresh && viewer->mbSideBySideFresh);
+}
+
+} // namespace

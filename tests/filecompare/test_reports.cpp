@@ -1,0 +1,211 @@
+// Reports from the viewer: the Report Options page and its INI keys, the
+// result codes of CreateReport with their messages, and the View Report
+// command with its titles and launch.
+
+#include "filecompare/viewer_fixture.h"
+#include "settings/IniStore.h"
+#include "shell/core/Places.h"
+#include "support/recordinglauncher.h"
+
+#include <QAction>
+#include <QGroupBox>
+#include <QLineEdit>
+#include <QRadioButton>
+#include <QTabWidget>
+#include <QToolButton>
+
+using tvtest::readFile;
+using tvtest::ViewerTest;
+
+namespace {
+
+class ReportTest : public ViewerTest {
+protected:
+    void comparePair()
+    {
+        original = textFile("original.txt", {"alpha", "beta", "gamma"});
+        modified = textFile("modified.txt", {"alpha", "BETA", "gamma", "delta"});
+        compare(original, modified);
+    }
+    std::string report(const QString& name) { return readFile((dir.qpath() + "/" + name).toStdString()); }
+    QString original, modified;
+    tvtest::RecordingLauncher launched;
+};
+
+TEST_F(ReportTest, ThePageOffersHtmlAllInOneAndReportsInTheDataFolder)
+{
+    EXPECT_EQ(viewer->rbDefaultReport[1]->text(), "HTML");
+    EXPECT_EQ(viewer->rbDefaultReport[2]->text(), "Text");
+    EXPECT_EQ(viewer->rbDefaultReport[3]->text(), "Comma Delimited");
+    EXPECT_EQ(viewer->rbDefaultReportStyle[1]->text(), "All In  One");
+    EXPECT_EQ(viewer->rbDefaultReportStyle[2]->text(), "Side By Side");
+    EXPECT_EQ(viewer->SelectedReportFormat(), frmCompareFiles::kReportHTML);
+    EXPECT_EQ(viewer->SelectedReportStyle(), frmCompareFiles::kStyleAllInOne);
+    EXPECT_EQ(viewer->txtDefaultReportHTM->text(), dataFolder() + "/TallyvaneReport.HTM");
+    EXPECT_EQ(viewer->txtDefaultReportTXT->text(), dataFolder() + "/TallyvaneReport.TXT");
+    EXPECT_EQ(viewer->txtDefaultReportCSV->text(), dataFolder() + "/TallyvaneReport.CSV");
+    EXPECT_EQ(viewer->txtReportTitleHTML->text(), "Tallyvane");
+    EXPECT_TRUE(viewer->txtReportMasterTitleHTML->text().isEmpty());
+    auto* tabs = viewer->frameReportOptions->findChild<QTabWidget*>("tsReportOptions");
+    ASSERT_NE(tabs, nullptr);
+    EXPECT_EQ(tabs->tabText(0), "General");
+    EXPECT_EQ(tabs->tabText(1), "HTML");
+    // The style is asked for only with HTML.
+    EXPECT_TRUE(viewer->frameReportStyle->isEnabled());
+    viewer->rbDefaultReport[2]->setChecked(true);
+    EXPECT_FALSE(viewer->frameReportStyle->isEnabled());
+}
+
+TEST_F(ReportTest, SettingsComeFromTheViewersSectionAndUnknownChoicesAreIgnored)
+{
+    const QString s = "1_CompareFile";
+    IniWriteString(gsIniFile, s, "msgReportFileHTM_TV", "/reports/r.htm");
+    IniWriteString(gsIniFile, s, "msgReportTitleHTM_TV", "Contract review");
+    IniWriteString(gsIniFile, s, "txtReportMasterTitleHTML", "Draft");
+    IniWriteString(gsIniFile, s, "mlReportDefaultFileType_TV", "3");
+    IniWriteString(gsIniFile, s, "mlReportDefaultStyle_TV", "2");
+    viewer->ReadReportSettings();
+    EXPECT_EQ(viewer->txtDefaultReportHTM->text(), "/reports/r.htm");
+    EXPECT_EQ(viewer->txtReportTitleHTML->text(), "Contract review");
+    EXPECT_EQ(viewer->txtReportMasterTitleHTML->text(), "Draft");
+    EXPECT_EQ(viewer->SelectedReportFormat(), frmCompareFiles::kReportCSV);
+    EXPECT_EQ(viewer->SelectedReportStyle(), frmCompareFiles::kStyleSideBySide);
+
+    for (const char* bad : {"4", "0", "x"}) {
+        IniWriteString(gsIniFile, s, "mlReportDefaultFileType_TV", bad);
+        IniWriteString(gsIniFile, s, "mlReportDefaultStyle_TV", bad);
+        viewer->ReadReportSettings();
+        EXPECT_EQ(viewer->SelectedReportFormat(), frmCompareFiles::kReportCSV) << bad;
+        EXPECT_EQ(viewer->SelectedReportStyle(), frmCompareFiles::kStyleSideBySide) << bad;
+    }
+
+    viewer->rbDefaultReport[2]->setChecked(true);
+    viewer->rbDefaultReportStyle[1]->setChecked(true);
+    viewer->txtDefaultReportTXT->setText("/elsewhere/r.txt");
+    viewer->SaveIniFile();
+    EXPECT_EQ(IniReadString(gsIniFile, s, "mlReportDefaultFileType_TV", ""), "2");
+    EXPECT_EQ(IniReadString(gsIniFile, s, "mlReportDefaultStyle_TV", ""), "1");
+    EXPECT_EQ(IniReadString(gsIniFile, s, "msgReportFileTXT_TV", ""), "/elsewhere/r.txt");
+    EXPECT_EQ(IniReadString(gsIniFile, s, "msgReportTitleHTM_TV", ""), "Contract review");
+}
+
+TEST_F(ReportTest, EachFormatAndStyleIsWritten)
+{
+    comparePair();
+    const QString d = dir.qpath() + "/";
+    EXPECT_TRUE(viewer->CreateReport(d + "aio.htm", 1, 1));
+    EXPECT_TRUE(viewer->CreateReport(d + "sbs.htm", 1, 2));
+    EXPECT_TRUE(viewer->CreateReport(d + "r.txt", 2, 0));
+    EXPECT_TRUE(viewer->CreateReport(d + "r.csv", 3, 0));
+    EXPECT_TRUE(dialogs.boxes.isEmpty()) << dialogs.boxes.join("\n").toStdString();
+    EXPECT_NE(report("aio.htm"), report("sbs.htm"));
+    EXPECT_NE(report("aio.htm").find("<html"), std::string::npos);
+    EXPECT_NE(report("r.txt").find("-beta"), std::string::npos);
+    EXPECT_NE(report("r.txt").find("+BETA"), std::string::npos);
+    EXPECT_NE(report("r.csv").find("delta"), std::string::npos);
+}
+
+TEST_F(ReportTest, TheReportComparesTheEditorsAsTheyAreNow)
+{
+    comparePair();
+    viewer->rtbModified->setText("alpha\nbeta\ngamma\nedited in the viewer");
+    ASSERT_TRUE(viewer->CreateReport(dir.qpath() + "/r.txt", 2, 0));
+    const std::string text = report("r.txt");
+    EXPECT_NE(text.find("+edited in the viewer"), std::string::npos) << text;
+    EXPECT_EQ(text.find("BETA"), std::string::npos) << text;
+}
+
+TEST_F(ReportTest, FailuresShowTheirMessageUnderOneTitle)
+{
+    comparePair();
+    const QString missing = dir.qpath() + "/no such folder/r.htm";
+    EXPECT_FALSE(viewer->CreateReport(missing, 1, 1));
+    EXPECT_FALSE(viewer->CreateReport(QString(), 1, 1));
+    EXPECT_FALSE(viewer->CreateReport(dir.qpath() + "/r.htm", 7, 0)) << "an unknown type has no message";
+    const QString tail = "\r\n\r\nCheck to make sure path exists in the 'Report Options' tab";
+    EXPECT_EQ(dialogs.boxes, QStringList({"Report Creation Error | Unable to create target file: " + missing + tail,
+                                          "Report Creation Error | Unable to create target file: " + tail}));
+    EXPECT_FALSE(QFile::exists(dir.qpath() + "/no such folder")) << "the folder is never made";
+
+    // The engine's own files unreadable: the side that failed is named.
+    dialogs.boxes.clear();
+    const QString savedMaster = gsMasterTextFile;
+    gsMasterTextFile = dir.qpath() + "/gone/master.txt";
+    EXPECT_FALSE(viewer->CreateReport(dir.qpath() + "/r.htm", 1, 1));
+    gsMasterTextFile = savedMaster;
+    const QString savedSource = gsSourceTextFile;
+    gsSourceTextFile = dir.qpath() + "/gone/source.txt";
+    EXPECT_FALSE(viewer->CreateReport(dir.qpath() + "/r.htm", 1, 1));
+    gsSourceTextFile = savedSource;
+    EXPECT_EQ(dialogs.boxes, QStringList({"Report Creation Error | Unable to load master file for comparison",
+                                          "Report Creation Error | Unable to load source file for comparison"}));
+}
+
+TEST_F(ReportTest, ViewReportWritesTheChosenReportAndOpensIt)
+{
+    comparePair();
+    viewer->txtDefaultReportHTM->setText(dir.qpath() + "/default.htm");
+    viewer->txtDefaultReportTXT->setText(dir.qpath() + "/default.txt");
+    viewer->txtDefaultReportCSV->setText(dir.qpath() + "/default.csv");
+    panel3.clear();
+    viewer->cmdViewReport_Click();
+    EXPECT_EQ(launched.requests, QStringList({"document:" + dir.qpath() + "/default.htm"}));
+    EXPECT_EQ(panel3.first(), "Creating Report");
+    EXPECT_TRUE(panel3.contains("Launching Report"));
+    EXPECT_EQ(viewer->PanelText(3), "Ready");
+    // Blank title boxes: the side titles are the two paths.
+    std::string html = report("default.htm");
+    EXPECT_NE(html.find(original.toStdString()), std::string::npos);
+    EXPECT_NE(html.find(modified.toStdString()), std::string::npos);
+
+    viewer->txtReportTitleHTML->setText("Review <draft>");
+    viewer->txtReportMasterTitleHTML->setText("Last week");
+    viewer->rbDefaultReportStyle[2]->setChecked(true);
+    viewer->cmdViewReport_Click();
+    html = report("default.htm");
+    EXPECT_NE(html.find("Review &lt;draft&gt;"), std::string::npos);
+    EXPECT_NE(html.find("Last week"), std::string::npos);
+    EXPECT_NE(html.find(modified.toStdString()), std::string::npos);
+    EXPECT_EQ(html.find(original.toStdString()), std::string::npos);
+
+    // Text and comma delimited reports always carry the paths, and open in
+    // the text viewer.
+    launched.requests.clear();
+    viewer->rbDefaultReport[2]->setChecked(true);
+    viewer->findChild<QAction*>("mnuReport")->trigger();
+    viewer->rbDefaultReport[3]->setChecked(true);
+    viewer->tbViewReport->trigger();
+    EXPECT_EQ(launched.requests, QStringList({"text:" + dir.qpath() + "/default.txt",
+                                              "text:" + dir.qpath() + "/default.csv"}));
+    EXPECT_NE(report("default.txt").find(original.toStdString()), std::string::npos);
+    EXPECT_EQ(report("default.txt").find("Last week"), std::string::npos);
+    EXPECT_NE(report("default.csv").find(original.toStdString()), std::string::npos);
+}
+
+TEST_F(ReportTest, AFailedReportIsStillLaunched)
+{
+    comparePair();
+    const QString missing = dir.qpath() + "/missing/default.htm";
+    viewer->txtDefaultReportHTM->setText(missing);
+    viewer->cmdViewReport_Click();
+    ASSERT_EQ(dialogs.boxes.size(), 1);
+    EXPECT_TRUE(dialogs.boxes[0].startsWith("Report Creation Error | Unable to create target file: " + missing));
+    EXPECT_EQ(launched.requests, QStringList({"document:" + missing}));
+}
+
+TEST_F(ReportTest, FileButtonsFillTheirBoxAndACancelEmptiesIt)
+{
+    dialogs.nextFile = "/chosen/report.csv";
+    viewer->cmdSelectReportFolderDefaultCSV->click();
+    EXPECT_EQ(viewer->txtDefaultReportCSV->text(), "/chosen/report.csv");
+    ASSERT_EQ(dialogs.filePicks.size(), 1u);
+    EXPECT_EQ(dialogs.filePicks[0].title, "Report Folder CSV");
+    dialogs.nextFile.clear();
+    viewer->cmdSelectReportFolderDefaultHTM->click();
+    EXPECT_EQ(viewer->txtDefaultReportHTM->text(), "");
+    EXPECT_EQ(dialogs.filePicks[1].title, "Report Folder HTM");
+    viewer->cmdSelectReportFolderDefaultTXT->click();
+    EXPECT_EQ(dialogs.filePicks[2].title, "Report Folder TXT");
+}
+
+} // namespace
