@@ -1,17 +1,34 @@
-// Program entry. An empty command line opens the frame window with the
-// viewers of the last run; the batch comparisons arrive with their drivers.
-// The entry parses and validates the command line, reports bad arguments as a
-// batch run would, and answers --help and --version.
+// Program entry: --help and --version, the platform (offscreen without a
+// display, so that batch runs work on servers), the desktop seams, then Main.
 
 #include "shell/DesktopSeams.h"
 #include "shell/Resources.h"
 #include "shell/frmMainMDI.h"
-#include "shell/core/modGlobal.h"
+#include "shell/modMain.h"
 #include "shell/core/modParseCommandLine.h"
 
 #include <QApplication>
 
 #include <cstdio>
+#include <memory>
+
+namespace {
+
+// On the offscreen platform Qt warns about window operations it cannot do
+// (raising, size hints) and about a missing runtime folder; a batch run on a
+// server would print them for every window. Everything else gets through.
+QtMessageHandler defaultHandler = nullptr;
+
+void quietOffscreenHandler(QtMsgType type, const QMessageLogContext& context, const QString& message)
+{
+    if (type == QtWarningMsg
+        && (message.startsWith(QLatin1String("This plugin does not support"))
+            || message.startsWith(QLatin1String("QStandardPaths: XDG_RUNTIME_DIR not set"))))
+        return;
+    defaultHandler(type, context, message);
+}
+
+} // namespace
 
 int main(int argc, char** argv)
 {
@@ -32,37 +49,23 @@ int main(int argc, char** argv)
         break;
     }
 
-    // Without a display, batch runs still work on the offscreen platform.
     const bool hasDisplay = !qEnvironmentVariableIsEmpty("DISPLAY")
         || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
     if (!hasDisplay && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
+    if (!hasDisplay)
+        defaultHandler = qInstallMessageHandler(quietOffscreenHandler);
 
     QApplication app(argc, argv);
     InitProgramResources();
     QCoreApplication::setOrganizationName(QStringLiteral("Tallyvane"));
     QCoreApplication::setApplicationName(QStringLiteral("Tallyvane"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(TALLYVANE_VERSION));
     InstallDesktopSeams(hasDisplay);
-    InitProgramPlaces();
 
-    const bool usable = ParseCommandLine(args);
-    if (!usable && args.isEmpty()) {
-        gbClVerbose = true;
-        if (!hasDisplay) {
-            std::fputs("tallyvane: the viewers need a display (neither DISPLAY nor WAYLAND_DISPLAY is set);\n"
-                       "comparisons from the command line work without one, see tallyvane --help\n",
-                       stderr);
-            return 2;
-        }
-        frmMainMDI frame;
-        frame.Form_Load();
-        frame.show();
-        return app.exec();
-    }
-    if (!usable) {
-        LogMessage(QStringLiteral("Missing required command line argument(s)"), gsClLogFile, gbClVerbose);
-        return 0;
-    }
-    std::fputs("tallyvane: comparisons are not part of this build yet\n", stderr);
-    return 1;
+    std::unique_ptr<frmMainMDI> frame;
+    const MainResult result = Main(args, hasDisplay, frame);
+    if (!result.runEventLoop)
+        return result.exitStatus;
+    return app.exec();
 }

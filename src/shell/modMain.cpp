@@ -1,0 +1,207 @@
+#include "shell/modMain.h"
+
+#include "filecompare/frmCompareFiles.h"
+#include "shell/FolderBatchViewer.h"
+#include "shell/core/Launcher.h"
+#include "shell/core/Places.h"
+#include "shell/core/modGlobal.h"
+#include "shell/core/modParseCommandLine.h"
+#include "shell/frmMainMDI.h"
+#include "shell/frmPleaseWait.h"
+
+#include <QApplication>
+#include <QMdiSubWindow>
+#include <QTabWidget>
+#include <QThread>
+
+#include <cstdio>
+
+namespace {
+
+// The busy pointer for the whole batch run, back to the default at the end.
+class BatchCursor {
+public:
+    BatchCursor() { QApplication::setOverrideCursor(Qt::WaitCursor); }
+    ~BatchCursor() { QApplication::restoreOverrideCursor(); }
+    BatchCursor(const BatchCursor&) = delete;
+    BatchCursor& operator=(const BatchCursor&) = delete;
+};
+
+// Minimised while it is filled, maximised for the run, as the viewer's
+// window in the frame.
+void setViewerWindowState(QWidget* viewer, Qt::WindowState state)
+{
+    QWidget* window = qobject_cast<QMdiSubWindow*>(viewer->parentWidget());
+    if (!window)
+        window = viewer;
+    window->setWindowState(state);
+    window->show();
+}
+
+void successfullyCompared()
+{
+    LogMessage(QStringLiteral("Successfully Compared ") + gsClMaster + QStringLiteral(" to ") + gsClSource,
+               gsClLogFile, gbClVerbose);
+}
+
+// The comparison controls work without the caller's event loop; the driver
+// waits for them without letting anything else run.
+template <typename Busy>
+void waitWhile(Busy busy)
+{
+    while (busy())
+        QThread::msleep(100);
+}
+
+// A text list of rows or columns given on the command line turns its use on;
+// none given turns it off and leaves the stored list alone.
+void assignRange(clsVarBoolean& use, clsVarString& list, const QString& given)
+{
+    if (given.isEmpty()) {
+        use = false;
+        return;
+    }
+    use = true;
+    list = given;
+}
+
+} // namespace
+
+bool CompareFilesFromCommandLine(frmMainMDI& frame)
+{
+    frame.show();
+    frmCompareFiles* frm = frame.frmGetCFNumber(1);
+    if (!frm)
+        return gbClExitWhenDone;
+    setViewerWindowState(frm, Qt::WindowMinimized);
+
+    clsCompareFileOptions& o = frm->moFileOptions;
+    o.sFileOriginal = gsClMaster;
+    o.sFileModified = gsClSource;
+    // There is no switch for it, and a stored true would hide lines the
+    // command line never asked to hide.
+    o.bIgnoreEmptyLines = false;
+    o.bIgnoreCase = gbClIgnoreCase;
+    o.bIgnoreWhitespace = gbClIgnoreWhitespace;
+    o.bBeepWhenDone = gbClBeepWhenDone;
+    o.bQuickCompare = gbClQuickCompare;
+    o.bRemoveBlankLines = gbClRemoveBlankLines;
+    o.bExcelCompareFormulas = gbClExcelCompareFormulas;
+    o.bHTMLCompareSource = gbClHTMLCompareSource;
+    o.sExcelSheetNumberMaster = gsClExcelSheetMaster;
+    o.sExcelSheetNumberSource = gsClExcelSheetSource;
+    assignRange(o.bExcelUseRowsMaster, o.sExcelRowsMaster, gsClExcelRowsMaster);
+    assignRange(o.bExcelUseColsMaster, o.sExcelColsMaster, gsClExcelColsMaster);
+    assignRange(o.bExcelUseRowsSource, o.sExcelRowsSource, gsClExcelRowsSource);
+    assignRange(o.bExcelUseColsSource, o.sExcelColsSource, gsClExcelColsSource);
+    frm->RefreshCompareOptionsGUI();
+
+    frm->ts->setCurrentIndex(0);
+    setViewerWindowState(frm, Qt::WindowMaximized);
+    frm->RefreshDisplayCommandLine(glClReportStyle);
+    waitWhile([frm] { return frm->SkeinMacroDiff.CompareInProgress(); });
+    // A load that failed leaves the wait window up for the driver to close.
+    frm->PleaseWait->hide();
+    glExitStatus = frm->SkeinMacroDiff.DifferenceCount();
+
+    if (!gsClReportFile.isEmpty()) {
+        // The report names the two files as given, not the engine's work
+        // files.
+        frm->SetReportTitles(glClReportType);
+        if (frm->CreateReport(gsClReportFile, glClReportType, glClReportStyle) && gbClOpenReport) {
+            if (glClReportType == frmCompareFiles::kReportHTML)
+                launcher().OpenDocument(gsClReportFile);
+            else if (glClReportType == frmCompareFiles::kReportText || glClReportType == frmCompareFiles::kReportCSV)
+                launcher().OpenInTextViewer(gsClReportFile);
+        }
+    }
+    successfullyCompared();
+    if (gbClExitWhenDone)
+        return true;
+    // The view the run set up is swapped once, as it always has been.
+    if (glClReportStyle == 1)
+        frm->cmdChangeViewFormat_Click();
+    return false;
+}
+
+bool CompareFoldersFromCommandLine(frmMainMDI& frame)
+{
+    ViewerForm* viewer = frmMainMDI::ViewerKindAvailable(frmMainMDI::ViewerKind::CompareDir)
+        ? frame.frmGetCDNumber(1)
+        : nullptr;
+    auto* folders = dynamic_cast<FolderBatchViewer*>(viewer);
+    if (!folders) {
+        // Said whatever -V says: a comparison that never ran must not look
+        // like one that found nothing.
+        const QString message = QLatin1String(kNoFolderViewerMessage);
+        LogMessage(message, gsClLogFile, false);
+        std::fprintf(stderr, "tallyvane: %s\n", message.toLocal8Bit().constData());
+        return false;
+    }
+    frame.show();
+    setViewerWindowState(viewer, Qt::WindowMinimized);
+    folders->SetBatchFolders(gsClMaster, gsClSource);
+    folders->SetBatchOptions(gbClBeepWhenDone, gbClSubFolders);
+    folders->RefreshCompareOptionsGUI();
+    folders->ShowComparePage();
+    setViewerWindowState(viewer, Qt::WindowMaximized);
+    folders->RefreshDiffViewer();
+    waitWhile([folders] { return folders->CompareInProgress(); });
+    if (!gsClReportFile.isEmpty()) {
+        // The folder report has one form: -R and -F mean nothing here.
+        folders->WriteReport(gsClReportFile);
+        if (gbClOpenReport)
+            launcher().OpenInTextViewer(gsClReportFile);
+    }
+    successfullyCompared();
+    glExitStatus = folders->RecordCount();
+    return true;
+}
+
+MainResult Main(const QStringList& args, bool hasDisplay, std::unique_ptr<frmMainMDI>& frame)
+{
+    InitProgramPlaces();
+    glExitStatus = 0;
+    const bool usable = ParseCommandLine(args);
+
+    if (!usable && args.isEmpty()) {
+        gbClVerbose = true;
+        if (!hasDisplay) {
+            std::fputs("tallyvane: the viewers need a display (neither DISPLAY nor WAYLAND_DISPLAY is set);\n"
+                       "comparisons from the command line work without one, see tallyvane --help\n",
+                       stderr);
+            return {false, 2};
+        }
+        frame = std::make_unique<frmMainMDI>();
+        frame->Form_Load();
+        frame->show();
+        return {true, 0};
+    }
+    if (!usable) {
+        LogMessage(QStringLiteral("Missing required command line argument(s)"), gsClLogFile, gbClVerbose);
+        return {false, 0};
+    }
+
+    // Nobody could go on working with the result: the run ends as with -X.
+    if (!hasDisplay)
+        gbClExitWhenDone = true;
+    frame = std::make_unique<frmMainMDI>();
+    frame->Form_Load();
+    bool endNow = false;
+    {
+        BatchCursor busy;
+        if (gbClCompareFolders) {
+            if (!CompareFoldersFromCommandLine(*frame))
+                return {false, 2};
+        } else {
+            endNow = CompareFilesFromCommandLine(*frame);
+        }
+    }
+    // A file comparison that ends by itself ends with 0: only a folder
+    // comparison hands its count to -G.
+    if (endNow)
+        return {false, 0};
+    if (gbClExitWhenDone)
+        return {false, gbClUseExitStatus ? int(glExitStatus) : 0};
+    return {true, 0};
+}

@@ -1,0 +1,126 @@
+// Office documents through the viewer: the letter and workbook pairs made by
+// office software load into the editors through LoadFileIntoEditor and
+// compare to the differences they are known to have; a PDF that needs a
+// password is asked for it once.
+
+#include "conversion/ConverterRoutines.h"
+#include "filecompare/viewer_fixture.h"
+
+#include <QPushButton>
+
+using tvtest::ViewerTest;
+
+namespace {
+
+class DocumentTest : public ViewerTest {
+protected:
+    void TearDown() override
+    {
+        setPasswordPrompt({});
+        ViewerTest::TearDown();
+    }
+    void compareData(const QString& original, const QString& modified)
+    {
+        ASSERT_TRUE(viewer->LoadFileIntoEditor(tvtest::qDataPath(original), frmCompareFiles::kOriginal));
+        ASSERT_TRUE(viewer->LoadFileIntoEditor(tvtest::qDataPath(modified), frmCompareFiles::kModified));
+        viewer->RefreshDisplay(false, true);
+    }
+    // The kinds of the records in order, as "cda".
+    QString kinds() const
+    {
+        QString out;
+        for (const QString& r : records())
+            out += r.at(0);
+        return out;
+    }
+};
+
+TEST_F(DocumentTest, LettersOfEachWordProcessorFormatShowTheirThreeEdits)
+{
+    for (const char* ext : {"docx", "odt", "rtf", "html"}) {
+        compareData(QString("letter-original.%1").arg(ext), QString("letter-modified.%1").arg(ext));
+        // The changed paragraph and the deleted one behind it make one
+        // change; then the added paragraph.
+        EXPECT_EQ(records(), QStringList({"c 6 7 6 6", "a 9 9 9 9"})) << ext;
+        EXPECT_TRUE(viewer->rtbOriginal->Text().contains("Dear Ms Whitfield,")) << ext;
+        EXPECT_TRUE(viewer->rtbModified->Text().contains("In addition, the fire alarm test")) << ext;
+        EXPECT_FALSE(viewer->rtbOriginal->Text().contains("<p")) << ext << ": text, not markup";
+    }
+}
+
+TEST_F(DocumentTest, FormatsOfAWordLetterSurviveIntoTheEditor)
+{
+    compareData("letter-original.docx", "letter-modified.docx");
+    const QString text = viewer->rtbOriginal->Text();
+    const int bold = int(text.indexOf("maintenance contract"));
+    ASSERT_GE(bold, 0);
+    EXPECT_TRUE(viewer->rtbOriginal->formatAt(bold + 2).bold);
+    EXPECT_FALSE(viewer->rtbOriginal->formatAt(int(text.indexOf("Thank you"))).bold);
+    // Changed words show in the side-by-side pane in the change format.
+    RichTextBox* right = viewer->rtbModifiedDiffFinal;
+    const int happy = int(right->Text().indexOf("happy"));
+    ASSERT_GE(happy, 0);
+    EXPECT_TRUE(right->formatAt(happy).underline);
+}
+
+TEST_F(DocumentTest, PdfLettersCompareByTheirText)
+{
+    compareData("letter-original.pdf", "letter-modified.pdf");
+    EXPECT_TRUE(viewer->rtbOriginal->Text().contains("Enclosure: visit schedule"));
+    // Lines as laid out on the page: the re-wrapped and deleted paragraphs
+    // in one change, the new one as an addition.
+    EXPECT_EQ(kinds(), "ca") << records().join(", ").toStdString();
+    EXPECT_TRUE(viewer->rtbModified->Text().contains("In addition, the fire alarm"));
+}
+
+TEST_F(DocumentTest, ALockedPdfIsOpenedWithThePasswordGivenOnce)
+{
+    int asked = 0;
+    setPasswordPrompt([&](const QString&, const QString&) {
+        ++asked;
+        return QStringLiteral("secret");
+    });
+    compareData("letter-password.pdf", "letter-original.pdf");
+    EXPECT_EQ(asked, 1);
+    EXPECT_TRUE(records().isEmpty()) << "the same letter: " << records().join(", ").toStdString();
+
+    // An open PDF is never asked about; a wrong password is reported once
+    // and leaves the editor as it was.
+    asked = 0;
+    setPasswordPrompt([&](const QString&, const QString&) {
+        ++asked;
+        return QStringLiteral("wrong");
+    });
+    const QString before = viewer->rtbModified->Text();
+    ASSERT_TRUE(viewer->LoadFileIntoEditor(tvtest::qDataPath("letter-modified.pdf"), frmCompareFiles::kOriginal));
+    EXPECT_EQ(asked, 0);
+    dialogs.logged.clear();
+    EXPECT_FALSE(viewer->LoadFileIntoEditor(tvtest::qDataPath("letter-password.pdf"), frmCompareFiles::kModified));
+    EXPECT_EQ(asked, 1);
+    EXPECT_EQ(dialogs.logged.filter("password protected").size(), 1) << dialogs.logged.join("\n---\n").toStdString();
+    EXPECT_EQ(viewer->rtbModified->Text(), before);
+}
+
+TEST_F(DocumentTest, WorkbooksOfEachFormatCompareRowByRow)
+{
+    for (const char* ext : {"xlsx", "ods", "xls"}) {
+        compareData(QString("book-original.%1").arg(ext), QString("book-modified.%1").arg(ext));
+        // Row 3 changed; rows 5 and 6 changed with row 7 added behind them.
+        EXPECT_EQ(records(), QStringList({"c 3 3 3 3", "c 5 6 5 7"})) << ext;
+        EXPECT_TRUE(viewer->rtbModified->Text().contains("Quayside Books")) << ext;
+    }
+}
+
+TEST_F(DocumentTest, SheetListsAndFormulasComeFromTheOptions)
+{
+    viewer->moFileOptions.sExcelSheetNumberMaster = "2";
+    viewer->moFileOptions.sExcelSheetNumberSource = "2";
+    viewer->moFileOptions.bExcelCompareFormulas = true;
+    compareData("book-original.xlsx", "book-modified.xlsx");
+    EXPECT_TRUE(viewer->rtbOriginal->Text().contains("=SUM(")) << viewer->rtbOriginal->Text().toStdString();
+    EXPECT_FALSE(viewer->rtbOriginal->Text().contains("Northwind"));
+    EXPECT_TRUE(viewer->rtbModified->Text().contains("Final"));
+    EXPECT_FALSE(records().isEmpty());
+}
+
+} // namespace
