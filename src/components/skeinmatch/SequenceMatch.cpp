@@ -70,7 +70,8 @@ private:
         bool exact;
     };
 
-    void solve(std::vector<Range>& ranges, bool deferWhenSpent);
+    void solve(std::vector<Range>& ranges, bool deferWhenSpent, std::size_t maxSteps = SIZE_MAX);
+    bool trySplitAcrossThreads(std::vector<Range>& ranges);
     Split middleSnake(int xo, int xl, int yo, int yl);
     bool splitOnAnchors(const Range& r, std::vector<Range>& ranges);
     void markX(int from, int to)
@@ -96,6 +97,10 @@ private:
     // for the largest range this matcher searches.
     std::vector<int> fdStore_, bdStore_;
     std::uint64_t work_ = 0;
+    // While a half is worked on ahead of its turn: give up as soon as the
+    // budget would run out, since the turn order decides what happens then.
+    bool stopWhenSpent_ = false;
+    bool stopped_ = false;
 
     // Scratch for the anchor split, indexed by id and kept zeroed between uses.
     std::vector<std::uint32_t> countX_, countY_, posY_;
@@ -106,6 +111,13 @@ void Matcher::run(int threads)
     fdStore_.assign(static_cast<std::size_t>(n_) + m_ + 3, 0);
     bdStore_.assign(static_cast<std::size_t>(n_) + m_ + 3, 0);
     stack_.push_back({0, n_, 0, m_});
+    if (threads > 1) {
+        // The first search runs alone; its two halves may then go to two
+        // threads.
+        solve(stack_, true, 1);
+        if (trySplitAcrossThreads(stack_))
+            return;
+    }
     solve(stack_, threads > 1);
     if (deferred_.empty())
         return;
@@ -131,14 +143,57 @@ void Matcher::run(int threads)
     runBoth([&] { work(*this); }, [&] { work(helper); });
 }
 
-// Works through `ranges` (used as a stack) until all are matched. With
-// deferWhenSpent, ranges met after the budget is spent are set aside in
-// deferred_ instead.
-void Matcher::solve(std::vector<Range>& ranges, bool deferWhenSpent)
+// Works the two halves of the first split on two threads at once, each as
+// if it had the whole rest of the budget. When together they stay within
+// it, no search was cut, in either order, so the answer is the one that a
+// single thread finds; otherwise the halves are cleared for the single
+// thread to do over.
+bool Matcher::trySplitAcrossThreads(std::vector<Range>& ranges)
+{
+    constexpr int minHalf = 20000;
+    if (spent() || ranges.size() != 2 || !deferred_.empty())
+        return false;
+    const Range hi = ranges[0], lo = ranges[1];
+    auto sizeOf = [](const Range& r) { return (r.xl - r.xo) + (r.yl - r.yo); };
+    if (sizeOf(hi) < minHalf || sizeOf(lo) < minHalf)
+        return false;
+
+    const std::uint64_t before = work_;
+    Matcher helper(x_, n_, y_, m_, idCount_, budget_, cx_, cy_);
+    helper.fdStore_.assign(static_cast<std::size_t>(sizeOf(hi)) + 3, 0);
+    helper.bdStore_.assign(static_cast<std::size_t>(sizeOf(hi)) + 3, 0);
+    helper.work_ = before;
+    helper.stopWhenSpent_ = stopWhenSpent_ = true;
+    std::vector<Range> mine{lo}, theirs{hi};
+    runBoth([&] { solve(mine, false); }, [&] { helper.solve(theirs, false); });
+    stopWhenSpent_ = false;
+    const std::uint64_t total = before + (work_ - before) + (helper.work_ - before);
+    if (!stopped_ && !helper.stopped_ && total <= budget_.total) {
+        work_ = total;
+        ranges.clear();
+        return true;
+    }
+    stopped_ = false;
+    work_ = before;
+    for (const Range& r : {lo, hi}) {
+        std::fill(cx_ + r.xo, cx_ + r.xl, std::uint8_t(0));
+        std::fill(cy_ + r.yo, cy_ + r.yl, std::uint8_t(0));
+    }
+    return false;
+}
+
+// Works through `ranges` (used as a stack) until all are matched, or
+// `maxSteps` ranges were taken. With deferWhenSpent, ranges met after the
+// budget is spent are set aside in deferred_ instead.
+void Matcher::solve(std::vector<Range>& ranges, bool deferWhenSpent, std::size_t maxSteps)
 {
     // An explicit stack instead of recursion: the anchor split can make
     // many ranges, and no input can then exhaust the call stack.
-    while (!ranges.empty()) {
+    for (std::size_t step = 0; !ranges.empty() && step < maxSteps; ++step) {
+        if (stopWhenSpent_ && spent()) {
+            stopped_ = true;
+            return;
+        }
         Range r = ranges.back();
         ranges.pop_back();
         while (r.xo < r.xl && r.yo < r.yl && x_[r.xo] == y_[r.yo]) {
@@ -162,6 +217,8 @@ void Matcher::solve(std::vector<Range>& ranges, bool deferWhenSpent)
             continue;
         }
         Split s = middleSnake(r.xo, r.xl, r.yo, r.yl);
+        if (stopped_)
+            return;
         if (!s.exact && budget_.anchors && splitOnAnchors(r, ranges))
             continue;
         s.x = std::clamp(s.x, r.xo, r.xl);
@@ -237,6 +294,10 @@ Matcher::Split Matcher::middleSnake(int xo, int xl, int yo, int yl)
         }
 
         work_ += static_cast<std::uint64_t>(fmax - fmin + bmax - bmin) / 2 + 2;
+        if (stopWhenSpent_ && spent()) {
+            stopped_ = true;
+            return {xo, yo, false};
+        }
         if (c < budget_.cutoff || work_ <= budget_.total)
             continue;
 
