@@ -59,6 +59,8 @@ make_trees() {
             printf 'new file\n' >"$mod/$f/added-folder/new.txt"
         fi
     done < <(cd "$orig" && find . -mindepth 2 -type d | LC_ALL=C sort)
+    # Written back now, so that the disk is quiet while the tools are timed.
+    sync
     touch "$dir/.complete"
 }
 

@@ -43,6 +43,18 @@ QString fromDocumentText(QString s)
 
 const char* const kRtfMimeTypes[] = {"text/rtf", "application/rtf"};
 
+// Moving a cursor makes Qt ask the layout where the new position stands on
+// screen, and a shown document is then laid out from its start up to there:
+// the whole document for a position near its end. Inside an edit block it
+// does not ask, so a selection costs nothing until the view shows it.
+void placeCursor(QTextCursor& c, int anchor, int position)
+{
+    c.beginEditBlock();
+    c.setPosition(anchor);
+    c.setPosition(position, QTextCursor::KeepAnchor);
+    c.endEditBlock();
+}
+
 } // namespace
 
 RichTextBox::RichTextBox(QObject* parent)
@@ -51,6 +63,11 @@ RichTextBox::RichTextBox(QObject* parent)
 {
     doc_->setUndoRedoEnabled(false);
     cursor_ = QTextCursor(doc_.get());
+    watchDocument();
+}
+
+void RichTextBox::watchDocument()
+{
     // The document reports changes only once something lays it out, that is
     // in a shown box, where the user types; edits through this class mark the
     // text themselves.
@@ -58,6 +75,27 @@ RichTextBox::RichTextBox(QObject* parent)
         if (!formatting_)
             textValid_ = false;
     });
+}
+
+void RichTextBox::swapDocuments(RichTextBox& other)
+{
+    if (&other == this)
+        return;
+    beginBulkEdit();
+    other.beginBulkEdit();
+    doc_->disconnect(this);
+    other.doc_->disconnect(&other);
+    std::swap(doc_, other.doc_);
+    for (RichTextBox* box : {this, &other}) {
+        box->watchDocument();
+        box->doc_->setUndoRedoEnabled(false);
+        box->doc_->clearUndoRedoStacks();
+        box->doc_->setUndoRedoEnabled(box->undoWanted_);
+        box->cursor_ = QTextCursor(box->doc_.get());
+        box->textValid_ = false;
+    }
+    other.endBulkEdit();
+    endBulkEdit();
 }
 
 RichTextBox::~RichTextBox()
@@ -83,12 +121,12 @@ QTextEdit* RichTextBox::createView(QWidget* parent)
 
 QTextCursor RichTextBox::cursor() const
 {
-    return view_ ? view_->textCursor() : cursor_;
+    return viewHoldsCursor() ? view_->textCursor() : cursor_;
 }
 
 void RichTextBox::setCursor(const QTextCursor& c)
 {
-    if (view_)
+    if (viewHoldsCursor())
         view_->setTextCursor(c);
     else
         cursor_ = c;
@@ -102,7 +140,8 @@ int RichTextBox::SelStart() const
 void RichTextBox::setSelStart(int start)
 {
     QTextCursor c = cursor();
-    c.setPosition(std::clamp(start, 0, TextLength()));
+    const int p = std::clamp(start, 0, TextLength());
+    placeCursor(c, p, p);
     setCursor(c);
 }
 
@@ -119,8 +158,7 @@ bool RichTextBox::setSelLength(int length)
     QTextCursor c = cursor();
     const int start = c.selectionStart();
     const int end = int(std::min<long long>(static_cast<long long>(start) + length, TextLength()));
-    c.setPosition(start);
-    c.setPosition(end, QTextCursor::KeepAnchor);
+    placeCursor(c, start, end);
     setCursor(c);
     return true;
 }
@@ -132,8 +170,7 @@ void RichTextBox::setSelection(int start, int end)
         end = len;
     start = std::clamp(start, 0, len);
     QTextCursor c = cursor();
-    c.setPosition(start);
-    c.setPosition(end, QTextCursor::KeepAnchor);
+    placeCursor(c, start, end);
     setCursor(c);
 }
 
@@ -179,6 +216,10 @@ QChar RichTextBox::characterAt(int position) const
 
 void RichTextBox::replaceDocument(const std::function<void(QTextCursor&)>& fill)
 {
+    // A shown document would be laid out whole, synchronously, as it fills.
+    const bool bulk = view_ && bulkDepth_ == 0;
+    if (bulk)
+        beginBulkEdit();
     // Loading is not an edit to undo, and recording it would copy the
     // whole document into the history.
     doc_->setUndoRedoEnabled(false);
@@ -189,6 +230,8 @@ void RichTextBox::replaceDocument(const std::function<void(QTextCursor&)>& fill)
     setCursor(c);
     doc_->setUndoRedoEnabled(undoWanted_);
     textValid_ = false;
+    if (bulk)
+        endBulkEdit();
 }
 
 void RichTextBox::setText(const QString& text)
@@ -198,7 +241,9 @@ void RichTextBox::setText(const QString& text)
 
 RichText RichTextBox::TextRTF() const
 {
-    return RichText(QTextDocumentFragment(doc_.get()));
+    QTextCursor all(doc_.get());
+    placeCursor(all, 0, TextLength());
+    return RichText(QTextDocumentFragment(all));
 }
 
 void RichTextBox::setTextRTF(const RichText& content)
@@ -481,6 +526,41 @@ void RichTextBox::applyMargin()
 
 void RichTextBox::setUpdatesLocked(bool locked)
 {
-    if (view_)
-        view_->setUpdatesEnabled(!locked);
+    if (!view_ || locked == locked_)
+        return;
+    if (locked) {
+        if (bulkDepth_ == 0)
+            cursor_ = view_->textCursor();
+        locked_ = true;
+        view_->setUpdatesEnabled(false);
+    } else {
+        locked_ = false;
+        if (bulkDepth_ == 0)
+            view_->setTextCursor(cursor_);
+        view_->setUpdatesEnabled(true);
+    }
+}
+
+void RichTextBox::beginBulkEdit()
+{
+    if (!view_ || bulkDepth_++ > 0)
+        return;
+    if (!locked_)
+        cursor_ = view_->textCursor();
+    standIn_ = std::make_unique<QTextDocument>();
+    view_->setDocument(standIn_.get());
+    // Without a layout the document does no layout work while it changes;
+    // the view makes a new one when it takes the document back.
+    doc_->setDocumentLayout(nullptr);
+}
+
+void RichTextBox::endBulkEdit()
+{
+    if (!view_ || bulkDepth_ == 0 || --bulkDepth_ > 0)
+        return;
+    view_->setDocument(doc_.get());
+    standIn_.reset();
+    applyMargin();
+    if (!locked_)
+        view_->setTextCursor(cursor_);
 }

@@ -60,6 +60,11 @@ public:
 
     RichText TextRTF() const;
     void setTextRTF(const RichText& content);  // an empty value empties the box
+    // Exchanges the two boxes' documents, formats and all, without copying:
+    // what a copy into one box followed by emptying the other would give,
+    // for the price of neither. Each box keeps its own view; the history of
+    // edits and the selections start anew.
+    void swapDocuments(RichTextBox& other);
     RichText SelRTF() const;
     void setSelRTF(const RichText& content);   // replaces the selection; caret behind it
 
@@ -109,8 +114,17 @@ public:
     void setRightMargin(int twips);
     int RightMargin() const { return rightMargin_; }
 
-    // Stops the view from painting while a routine moves the selection about.
+    // Stops the view from painting while a routine moves the selection about;
+    // the view takes the selection when the lock ends (once, so it scrolls
+    // once and lays out only what it then shows).
     void setUpdatesLocked(bool locked);
+
+    // Takes the document off its view for a long series of edits, so that the
+    // view neither lays out nor paints each of them; when the outermost edit
+    // ends the view shows the result, laid out as it scrolls. Loading a
+    // document into a shown box does this by itself.
+    void beginBulkEdit();
+    void endBulkEdit();
 
 private:
     QTextCursor cursor() const;
@@ -118,11 +132,18 @@ private:
     void mergeFormat(const QTextCharFormat& f);
     void replaceDocument(const std::function<void(QTextCursor&)>& fill);
     void applyMargin();
+    void watchDocument();
     bool shown() const { return view_ != nullptr; }
+
+    bool viewHoldsCursor() const { return view_ && !locked_ && bulkDepth_ == 0; }
 
     std::unique_ptr<QTextDocument> doc_;
     QTextCursor cursor_;
     QPointer<QTextEdit> view_;
+    bool locked_ = false;
+    int bulkDepth_ = 0;
+    // What the view shows while its document is taken off it.
+    std::unique_ptr<QTextDocument> standIn_;
     int rightMargin_ = 0;
     bool undoWanted_ = false;
 

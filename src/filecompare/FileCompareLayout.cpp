@@ -595,8 +595,13 @@ void frmCompareFiles::Form_Resize()
     // Toolbar row: buttons, the list of differences, the spin control.
     const int comboH = cbSelectOriginal->sizeHint().height();
     const int rowH = qMax(tbMain->sizeHint().height(), comboH);
-    const QSize tbSize = tbMain->sizeHint();
-    tbMain->setGeometry(m, m, qMin(tbSize.width(), W / 2), rowH);
+    // Room for the abort button even while it is hidden, so that its coming
+    // and going during a run does not push buttons off the bar.
+    int tbWidth = tbMain->sizeHint().width();
+    if (!tbAbort->isVisible())
+        if (QWidget* abort = tbMain->widgetForAction(tbAbort))
+            tbWidth += abort->sizeHint().width() + tbMain->layout()->spacing();
+    tbMain->setGeometry(m, m, qMin(tbWidth, W / 2), rowH);
     const QSize spin = SpinScroll->sizeHint();
     SpinScroll->setGeometry(W - m - spin.width(), m + (rowH - spin.height()) / 2, spin.width(), spin.height());
     const int listLeft = tbMain->geometry().right() + 1 + m;

@@ -1,8 +1,8 @@
-// The road of a file into an editor: staged as the work file Temp.RTF
-// (copied, or converted where a converter exists), checked, then loaded by
-// the editor's document.
+// The road of a file into an editor: staged as the work file Temp.RTF by the
+// conversion routines (converted, or copied as it is), checked, then loaded
+// by the editor's document.
 
-#include "conversion/LoadRoads.h"
+#include "conversion/LoadPipeline.h"
 #include "filecompare/FileCompareWidgets.h"
 #include "filecompare/frmCompareFiles.h"
 #include "shell/core/Places.h"
@@ -30,13 +30,18 @@ void report(const QString& message)
     LogMessage(message, gsClLogFile, gbClVerbose);
 }
 
-// What the editor would be given: refused when it is no text at all.
+// What the editor would be given: refused when it is no text at all, as a
+// program, an image or an archive copied as it stands: NUL bytes in the
+// first part without a wide-text byte order mark.
 bool stagedFileIsBinary(const QString& staged)
 {
     QFile f(staged);
     if (!f.open(QIODevice::ReadOnly))
         return false;
-    return LooksLikeBinaryData(f.read(64 * 1024));
+    const QByteArray head = f.read(64 * 1024);
+    if (head.startsWith("\xFF\xFE") || head.startsWith("\xFE\xFF") || head.startsWith(QByteArray("\x00\x00\xFE\xFF", 4)))
+        return false;
+    return head.contains('\0');
 }
 
 } // namespace
@@ -91,15 +96,11 @@ bool frmCompareFiles::LoadFileIntoEditor(const QString& sFile, qint32 lEditor)
         // A file chosen in the picker is remembered like one typed in.
         (original ? moFileOptions.sFileOriginal : moFileOptions.sFileModified) = sFile;
         (original ? mruOriginal : mruModified).AddUniqueItemToCollection(sFile);
-    } else {
-        // The diff panes take text and rich text as they are; the Word road
-        // that would take the rest copies too until a converter is there.
-        qint16 error = 0;
-        if (!CopyFileOverReadOnly(sFile, sTemp, error)) {
-            report(QStringLiteral("LoadFileIntoEditor(): Unable to copy file.\n\n") + sFile);
-            return false;
-        }
+    } else if (!StageFileForDiffPane(mConversionControls, sFile, sTemp, ConversionOptionsFrom(moFileOptions))) {
+        return false;
     }
+    if (lEditor == kOriginal || lEditor == kModified)
+        RemoveBlankLinesAfterLoad(mConversionControls, sFile, sTemp, ConversionOptionsFrom(moFileOptions));
     if (stagedFileIsBinary(sTemp)) {
         report(QStringLiteral("LoadFileIntoEditor(): Unable to load file: it holds no text.\n\n") + sFile);
         return false;
@@ -127,23 +128,8 @@ bool frmCompareFiles::LoadFileIntoEditor(const QString& sFile, qint32 lEditor)
 bool frmCompareFiles::ConvertFileIfNecessary(const QString& sFile, const QString& File_cnvt,
                                              clsCompareFileOptions& options, bool bIsOriginalFile)
 {
-    Q_UNUSED(bIsOriginalFile);
-    // Every road stages the file as it is for now: text, RTF and HTML source
-    // load directly, and what needs a converter is refused by the text check
-    // that follows, without touching the editor.
-    switch (RoadForEditorFile(sFile, options.bHTMLCompareSource.Data())) {
-    case LoadRoad::Spreadsheet:
-    case LoadRoad::Word:
-    case LoadRoad::Pdf:
-    case LoadRoad::Copy:
-        break;
-    }
-    qint16 error = 0;
-    if (File_cnvt.isEmpty() || !CopyFileOverReadOnly(sFile, File_cnvt, error)) {
-        report(QStringLiteral("LoadFileIntoEditor(): Unable to copy file.\n\n") + sFile);
-        return false;
-    }
-    return true;
+    return ::ConvertFileIfNecessary(mConversionControls, sFile, File_cnvt, ConversionOptionsFrom(options),
+                                    bIsOriginalFile);
 }
 
 void frmCompareFiles::PickFileForEditor(qint32 lEditor)

@@ -8,11 +8,34 @@
 
 #include <QAction>
 #include <QComboBox>
+#include <QScrollBar>
+#include <QTextEdit>
 #include <QStringList>
+
+#include <array>
 
 using filecompare::DoEvents;
 
 namespace {
+
+// Puts the selection of a shown box a third down its view when scrolling
+// had left it at an edge, so that what comes before it is in sight too.
+void bringSelectionToThird(RichTextBox* box, bool& coupling)
+{
+    QTextEdit* view = box->view();
+    if (!view || !view->isVisible())
+        return;
+    const int height = view->viewport()->height();
+    const int top = view->cursorRect(view->textCursor()).top();
+    QTextCursor start = view->textCursor();
+    start.setPosition(view->textCursor().selectionStart());
+    const int selectionTop = view->cursorRect(start).top();
+    if (selectionTop >= height / 6 && top <= height * 5 / 6)
+        return;
+    coupling = true;
+    view->verticalScrollBar()->setValue(view->verticalScrollBar()->value() + selectionTop - height / 3);
+    coupling = false;
+}
 
 QString paragraphText(clsRTBDocument& doc, RichTextBox* box, qint32 paragraph)
 {
@@ -96,13 +119,24 @@ void frmCompareFiles::ShowDifferenceSBS()
     int kind = 0, lf = 0, ll = 0, rf = 0, rl = 0;
     if (!SkeinMacroDiff.GetDifference(mlCurrentDifference - 1, kind, lf, ll, rf, rl))
         return;
-    docOriginal.SelectParagraphs(lf, ll, true);
-    docModified.SelectParagraphs(rf, rl, true);
+    // The views take the final selections once, so each scrolls once. In the
+    // editors the paragraphs are selected without their last line end: a
+    // selection that reaches into the next paragraph makes the view lay out
+    // its whole document before it can show it, seconds for a long one.
+    const std::array<RichTextBox*, 4> boxes{rtbOriginal, rtbModified, rtbOriginalDiffFinal, rtbModifiedDiffFinal};
+    for (RichTextBox* box : boxes)
+        box->setUpdatesLocked(true);
+    docOriginal.SelectParagraphs(lf, ll, false);
+    docModified.SelectParagraphs(rf, rl, false);
     docOriginalDiffFinal.SelectParagraphs(lf, ll, true);
     docModifiedDiffFinal.SelectParagraphs(rf, rl, true);
     if (!moFileOptions.bSelectTextInDiffViewer.Data()) {
         rtbOriginalDiffFinal->setSelLength(1);
         rtbModifiedDiffFinal->setSelLength(1);
+    }
+    for (RichTextBox* box : boxes) {
+        box->setUpdatesLocked(false);
+        bringSelectionToThird(box, couplingScroll_);
     }
 }
 
@@ -111,6 +145,9 @@ void frmCompareFiles::ShowDifferenceAIO()
     int kind = 0, lf = 0, ll = 0, rf = 0, rl = 0;
     if (!SkeinMacroDiff.GetDifference(mlCurrentDifference - 1, kind, lf, ll, rf, rl))
         return;
+    const std::array<RichTextBox*, 3> boxes{rtbOriginal, rtbModified, rtbAIODiff};
+    for (RichTextBox* box : boxes)
+        box->setUpdatesLocked(true);
     docOriginal.SelectParagraphs(lf, ll, false);
     docModified.SelectParagraphs(rf, rl, false);
     if (kind != filecompare::kKindAddition) {
@@ -125,6 +162,10 @@ void frmCompareFiles::ShowDifferenceAIO()
     }
     if (!moFileOptions.bSelectTextInDiffViewer.Data())
         rtbAIODiff->setSelLength(1);
+    for (RichTextBox* box : boxes) {
+        box->setUpdatesLocked(false);
+        bringSelectionToThird(box, couplingScroll_);
+    }
 }
 
 void frmCompareFiles::UpdateDifferenceButtons()

@@ -17,7 +17,9 @@
 #include <QTextEdit>
 #include <QToolBar>
 
+#include <initializer_list>
 #include <memory>
+#include <vector>
 
 using filecompare::DoEvents;
 using filecompare::Sleep;
@@ -42,6 +44,62 @@ private:
 };
 
 namespace {
+
+// The editors' selection moves over every section during a run; their views
+// take it only at the end, so they neither scroll nor lay out meanwhile.
+class EditorsLocked {
+public:
+    EditorsLocked(RichTextBox* a, RichTextBox* b)
+        : a_(a)
+        , b_(b)
+        , aStart_(a->SelStart())
+        , aLength_(a->SelLength())
+        , bStart_(b->SelStart())
+        , bLength_(b->SelLength())
+    {
+        a_->setUpdatesLocked(true);
+        b_->setUpdatesLocked(true);
+    }
+    ~EditorsLocked() { release(); }
+    // The selections the run left behind are its own: the user's come back.
+    void release()
+    {
+        if (released_)
+            return;
+        released_ = true;
+        a_->setSelStart(aStart_);
+        a_->setSelLength(aLength_);
+        b_->setSelStart(bStart_);
+        b_->setSelLength(bLength_);
+        a_->setUpdatesLocked(false);
+        b_->setUpdatesLocked(false);
+    }
+
+private:
+    RichTextBox* a_;
+    RichTextBox* b_;
+    int aStart_, aLength_, bStart_, bLength_;
+    bool released_ = false;
+};
+
+// Boxes that a render edits many times: off their views until it is done.
+class BulkEdit {
+public:
+    explicit BulkEdit(std::initializer_list<RichTextBox*> boxes)
+        : boxes_(boxes)
+    {
+        for (RichTextBox* b : boxes_)
+            b->beginBulkEdit();
+    }
+    ~BulkEdit()
+    {
+        for (RichTextBox* b : boxes_)
+            b->endBulkEdit();
+    }
+
+private:
+    std::vector<RichTextBox*> boxes_;
+};
 
 QString bareFileName(const QString& path)
 {
@@ -153,6 +211,7 @@ void frmCompareFiles::RunCompare(bool bShowDifference)
 {
     RunScope scope(this);
     const qint32 rememberedDifference = mlCurrentDifference;
+    EditorsLocked editors(rtbOriginal, rtbModified);
     {
         filecompare::BusyCursor busy;
         DoEvents();
@@ -188,6 +247,7 @@ void frmCompareFiles::RunCompare(bool bShowDifference)
         CompareDocuments(2);
         UpdateNavigationalDropDownListBox();
 
+        BulkEdit filtered{rtbDeletions, rtbAdditions, rtbChanges};
         rtbDeletions->setText(QString());
         rtbAdditions->setText(QString());
         rtbChanges->setText(QString());
@@ -196,6 +256,7 @@ void frmCompareFiles::RunCompare(bool bShowDifference)
         // Rendering happens off screen; the shown panes change at once when
         // it is done.
         if (!SideBySideShowing()) {
+            BulkEdit merged{rtbAIODiff};
             rtbAIODiff->setTextRTF(rtbOriginal->TextRTF());
             docAIODiff.ParagraphCollectionCreate();
             UpdateChangesToRTFFileAIO();
@@ -203,8 +264,10 @@ void frmCompareFiles::RunCompare(bool bShowDifference)
             showAllInOnePane();
         } else {
             UpdateChangesToRTFFile_SBS();
-            rtbOriginalDiffFinal->setTextRTF(rtbOriginalDiff->TextRTF());
-            rtbModifiedDiffFinal->setTextRTF(rtbModifiedDiff->TextRTF());
+            // The finished work panes become the shown ones whole; the work
+            // panes take the old shown documents, emptied below.
+            rtbOriginalDiffFinal->swapDocuments(*rtbOriginalDiff);
+            rtbModifiedDiffFinal->swapDocuments(*rtbModifiedDiff);
             docOriginalDiffFinal.ParagraphCollectionCreate();
             docModifiedDiffFinal.ParagraphCollectionCreate();
             mbSideBySideFresh = true;
@@ -215,6 +278,7 @@ void frmCompareFiles::RunCompare(bool bShowDifference)
         rtbModifiedDiff->setTextRTF(RichText());
     }
 
+    editors.release();
     if (mbAbort) {
         // What was rendered up to the abort stays on view; nothing else moves.
         tbAbort->setVisible(false);

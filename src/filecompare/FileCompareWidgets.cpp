@@ -185,6 +185,11 @@ bool RunInputGuard::allowed(QObject* receiver) const
 bool RunInputGuard::eventFilter(QObject* watched, QEvent* event)
 {
     switch (event->type()) {
+    case QEvent::Timer:
+        // The shown documents lay themselves out a chunk at a time while the
+        // program is idle; during a run that work would only slow it down,
+        // and it goes on when the run has ended.
+        return watched->inherits("QTextDocumentLayout");
     case QEvent::MouseButtonPress:
     case QEvent::MouseButtonRelease:
     case QEvent::MouseButtonDblClick:

@@ -69,7 +69,8 @@ protected:
 
 // While a run lets events through, input may reach only what can stop it:
 // the abort button, the status bar, the wait window and the window frames.
-// Everything else (typing, clicks, menu keys) is held back.
+// Everything else (typing, clicks, menu keys) is held back, and so is the
+// background layout of the shown documents.
 class RunInputGuard : public QObject {
 public:
     explicit RunInputGuard(frmCompareFiles* viewer);

@@ -20,6 +20,7 @@
 // input is held back while it runs.
 
 #include "components/skeinmatch/Skeinmatch.h"
+#include "conversion/ConverterRoutines.h"
 #include "document/RichTextBox.h"
 #include "document/clsRTBDocument.h"
 #include "settings/clsCompareFileOptions.h"
@@ -212,6 +213,9 @@ public:
 
     Skeinmatch SkeinMacroDiff;
     Skeinmatch SkeinMiniDiff;
+    // The conversion controls of this viewer (they remember the last
+    // spreadsheet they converted).
+    ConversionControls mConversionControls;
 
     // --- controls ---------------------------------------------------------------------
     QTabWidget* ts = nullptr;

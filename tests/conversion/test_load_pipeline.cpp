@@ -1,9 +1,8 @@
-// The road of a file into an editor: which road a name takes, the fixture
-// files of each encoding and line-end convention arriving with the right
+// The road of a file into the viewer's editors: the fixture files of each
+// encoding, line-end convention and office format arriving with the right
 // text, and bad input refused with its message while the editor keeps what
 // it held and the user's file stays as it was.
 
-#include "conversion/LoadRoads.h"
 #include "filecompare/viewer_fixture.h"
 
 #include <QComboBox>
@@ -12,32 +11,6 @@
 using tvtest::ViewerTest;
 
 namespace {
-
-TEST(LoadRoads, TheFirstExtensionFoundAnywhereInThePathDecides)
-{
-    EXPECT_EQ(RoadForEditorFile("/x/report.xls.doc", false), LoadRoad::Spreadsheet);
-    EXPECT_EQ(RoadForEditorFile("/x/report.doc.pdf", false), LoadRoad::Word);
-    EXPECT_EQ(RoadForEditorFile("/old.docs/a.txt", false), LoadRoad::Word);
-    EXPECT_EQ(RoadForEditorFile("/x/a.HTM", false), LoadRoad::Word);
-    EXPECT_EQ(RoadForEditorFile("/x/a.HTM", true), LoadRoad::Copy);
-    EXPECT_EQ(RoadForEditorFile("/x/a.Pdf", false), LoadRoad::Pdf);
-    EXPECT_EQ(RoadForEditorFile("/x/a.txt", false), LoadRoad::Copy);
-    EXPECT_EQ(RoadForEditorFile("/x/a.rtf", true), LoadRoad::Copy);
-    // The diff panes' list: ".C" also hits ".CSV" and ".com".
-    EXPECT_TRUE(DiffPaneCopiesFile("/x/data.csv"));
-    EXPECT_TRUE(DiffPaneCopiesFile("/x/page.html"));
-    EXPECT_FALSE(DiffPaneCopiesFile("/x/letter.odt"));
-    EXPECT_EQ(WordConversionType(true), 2);
-    EXPECT_EQ(WordConversionType(false), 6);
-}
-
-TEST(LoadRoads, BinaryDataIsTextWithNulBytesAndNoWideByteOrderMark)
-{
-    EXPECT_TRUE(LooksLikeBinaryData(QByteArray("PK\x03\x04\x00\x00", 6)));
-    EXPECT_FALSE(LooksLikeBinaryData("plain text"));
-    EXPECT_FALSE(LooksLikeBinaryData(QByteArray("\xFF\xFEx\x00", 4)));
-    EXPECT_FALSE(LooksLikeBinaryData(QByteArray("\xFE\xFF\x00x", 4)));
-}
 
 class LoadPipelineTest : public ViewerTest {
 protected:
@@ -99,6 +72,13 @@ TEST_F(LoadPipelineTest, TheRtfLetterKeepsItsFormatsAndShowsItsThreeDifferences)
     EXPECT_EQ(right->formatAt(fire + 3).foreColor, lexiform::Rgb(0x008000));
 }
 
+TEST_F(LoadPipelineTest, OfficeDocumentsArriveConverted)
+{
+    compare(fixture("letter-original.docx"), fixture("letter-modified.docx"));
+    EXPECT_TRUE(viewer->rtbOriginal->Text().contains("Lefèvre Facilities Ltd"));
+    EXPECT_EQ(records(), QStringList({"c 6 7 6 6", "a 9 9 9 9"}));
+}
+
 TEST_F(LoadPipelineTest, LoadsAreRememberedInTheRecentListsAndOptions)
 {
     const QString a = fixture("text-lf-original.txt");
@@ -129,15 +109,21 @@ TEST_F(LoadPipelineTest, BadInputGetsItsMessageAndTheEditorKeepsItsText)
     EXPECT_FALSE(viewer->LoadFileIntoEditor("", frmCompareFiles::kOriginal));
     EXPECT_EQ(dialogs.logged.last(), "Unable to load file. Filename empty");
 
-    // A binary file, and an office document that needs a converter.
+    // A binary file.
     const QString binary = dir.qpath() + "/program.bin";
     tvtest::writeFile(binary.toStdString(), std::string("\x7f" "ELF\x02\x01\x01\x00\x00\x00 junk", 16));
     EXPECT_FALSE(viewer->LoadOriginalFile(binary));
     EXPECT_EQ(dialogs.logged.last(), "LoadFileIntoEditor(): Unable to load file: it holds no text.\n\n" + binary);
-    EXPECT_FALSE(viewer->LoadOriginalFile(fixture("letter-original.docx")));
-
     EXPECT_EQ(viewer->rtbOriginal->Text(), before);
-    EXPECT_EQ(viewer->moFileOptions.sFileOriginal.Data(), fixture("letter-original.docx"));
+
+    // A damaged office document: its converter's message, and the same.
+    const QString broken = dir.qpath() + "/broken.docx";
+    tvtest::writeFile(broken.toStdString(), "PK\x03\x04 this is no zip archive");
+    EXPECT_FALSE(viewer->LoadOriginalFile(broken));
+    EXPECT_TRUE(dialogs.logged.last().startsWith("LoadFileIntoEditor(): Unable to convert Word file."))
+        << dialogs.logged.last().toStdString();
+    EXPECT_EQ(viewer->rtbOriginal->Text(), before);
+    EXPECT_EQ(viewer->moFileOptions.sFileOriginal.Data(), broken) << "the name is kept even so";
 }
 
 TEST_F(LoadPipelineTest, ACorruptRtfLoadsWhatCanBeReadAndLeavesTheFileAlone)

@@ -3,6 +3,7 @@
 // search that worker threads carry out.
 
 #include "components/gleanseek/Gleanseek.h"
+#include "components/skeinmatch/DirectoryListing.h"
 #include "components/skeinmatch/FileNamePattern.h"
 #include "components/skeinmatch/OrderedPipeline.h"
 
@@ -12,14 +13,20 @@
 
 namespace gleanseek {
 
+// Files of one folder, in walk order.
 struct FileBatch {
-    std::vector<std::string> paths;
+    std::string folder;                     // ends in '/'
+    std::shared_ptr<const skeinmatch::DirHandle> dir;  // may be null
+    std::vector<std::string> names;
     std::vector<Hit> hits;  // filled by a worker
 };
 
 // Searches one file as the engine does (encoding, binary test, large files in
-// pieces) and appends its hits. Errors go to `report`. Exposed for tests.
-void SearchOneFile(const std::string& path, const TextMatcher& matcher, TextMatcher::Scratch& scratch,
+// pieces) and appends its hits. The file is `name` in the open folder
+// `dirfd` (AT_FDCWD: `name` is a path); `path` is its full path, for hits
+// and messages. Errors go to `report`.
+void SearchOneFile(int dirfd, const char* name, const std::string& path, const TextMatcher& matcher,
+                   TextMatcher::Scratch& scratch,
                    std::vector<Hit>& hits,
                    const std::function<void(std::int32_t code, const std::string& message)>& report,
                    const std::atomic<bool>& abort);

@@ -353,6 +353,7 @@ int readXlsx(const QString& path, const SheetRequest& request, WorkbookContent& 
     };
     std::vector<SheetRef> sheetRefs;
     bool date1904 = false;
+    bool sawWorkbook = false;
     {
         auto member = zip.openMember(workbookPath);
         if (!member)
@@ -362,6 +363,8 @@ int readXlsx(const QString& path, const SheetRequest& request, WorkbookContent& 
             if (xml.readNext() != QXmlStreamReader::StartElement)
                 continue;
             const auto a = xml.attributes();
+            if (xml.name() == QLatin1String("workbook"))
+                sawWorkbook = true;
             if (xml.name() == QLatin1String("sheet")) {
                 QString rid;
                 for (const auto& attr : a)
@@ -373,8 +376,8 @@ int readXlsx(const QString& path, const SheetRequest& request, WorkbookContent& 
                 date1904 = d == QLatin1String("1") || d == QLatin1String("true");
             }
         }
-        if (xml.hasError() || member->overLimit())
-            return SourceInvalid;
+        if (xml.hasError() || member->overLimit() || !sawWorkbook)
+            return SourceInvalid;  // a word processor file renamed, or no workbook at all
     }
     const QString base = folderOf(workbookPath);
     const QString relsPath = (base.isEmpty() ? QString() : base + QLatin1Char('/')) + QStringLiteral("_rels/")

@@ -7,19 +7,41 @@
 #include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace skeinmatch {
 
-bool ListDirectory(const std::string& path, std::vector<DirEntry>& entries, int& error)
+DirHandle::~DirHandle()
+{
+    if (fd_ >= 0)
+        ::close(fd_);
+}
+
+bool ListDirectory(const std::string& path, std::vector<DirEntry>& entries, int& error,
+                   std::shared_ptr<const DirHandle>* handle)
 {
     entries.clear();
     error = 0;
-    DIR* dir = opendir(path.empty() ? "" : path.c_str());
-    if (!dir) {
+    if (handle)
+        handle->reset();
+    const int fd = ::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (fd < 0) {
         error = errno;
         return false;
     }
-    const int fd = dirfd(dir);
+    // The listing reads through its own descriptor; the one kept stays at
+    // the start for openat.
+    const int kept = handle ? ::fcntl(fd, F_DUPFD_CLOEXEC, 0) : -1;
+    DIR* dir = fdopendir(fd);
+    if (!dir) {
+        error = errno;
+        ::close(fd);
+        if (kept >= 0)
+            ::close(kept);
+        return false;
+    }
+    if (handle && kept >= 0)
+        *handle = std::make_shared<const DirHandle>(kept);
     for (;;) {
         errno = 0;
         const dirent* d = readdir(dir);
@@ -28,6 +50,8 @@ bool ListDirectory(const std::string& path, std::vector<DirEntry>& entries, int&
                 error = errno;
                 closedir(dir);
                 entries.clear();
+                if (handle)
+                    handle->reset();
                 return false;
             }
             break;
@@ -42,7 +66,7 @@ bool ListDirectory(const std::string& path, std::vector<DirEntry>& entries, int&
             // Some file systems do not fill in the type; ask without
             // following a link.
             struct stat st;
-            if (fstatat(fd, n, &st, AT_SYMLINK_NOFOLLOW) == 0)
+            if (fstatat(dirfd(dir), n, &st, AT_SYMLINK_NOFOLLOW) == 0)
                 t = S_ISREG(st.st_mode) ? DT_REG : S_ISDIR(st.st_mode) ? DT_DIR : S_ISLNK(st.st_mode) ? DT_LNK : DT_FIFO;
         }
         switch (t) {

@@ -16,7 +16,9 @@ namespace {
 // Small enough that a folder of thousands of files is shared out among the
 // workers, large enough that queueing costs nothing next to the stat calls.
 constexpr std::size_t kItemsPerBatch = 64;
-constexpr std::size_t kQueuedBatches = 256;
+// Each queued batch may hold its folders open; this keeps the number of
+// descriptors well below the usual limit of 1024.
+constexpr std::size_t kQueuedBatches = 64;
 constexpr std::size_t kBlock = 256 * 1024;
 
 std::string describe(const std::string& what, const std::string& path, int err)
@@ -49,10 +51,10 @@ std::int32_t sign(T a, T b)
     return a > b ? 1 : a < b ? -1 : 0;
 }
 
-bool readLink(const std::string& path, std::string& target, int& err)
+bool readLink(int dirfd, const char* name, std::string& target, int& err)
 {
     char buf[PATH_MAX + 1];
-    const ssize_t n = ::readlink(path.c_str(), buf, sizeof buf);
+    const ssize_t n = ::readlinkat(dirfd, name, buf, sizeof buf);
     if (n < 0) {
         err = errno;
         return false;
@@ -79,17 +81,17 @@ private:
 
 } // namespace
 
-std::int32_t CompareFileContents(const std::string& a, const std::string& b, std::uint64_t size,
+std::int32_t CompareFileContents(const FileRef& a, const FileRef& b, std::uint64_t size,
                                  const std::atomic<bool>& abort, std::string& error)
 {
-    Fd fa(::open(a.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW));
+    Fd fa(::openat(a.dirfd, a.name, O_RDONLY | O_CLOEXEC | O_NOFOLLOW));
     if (fa.get() < 0) {
-        error = describe("Cannot open file", a, errno);
+        error = describe("Cannot open file", a.path, errno);
         return kContentUnreadable;
     }
-    Fd fb(::open(b.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW));
+    Fd fb(::openat(b.dirfd, b.name, O_RDONLY | O_CLOEXEC | O_NOFOLLOW));
     if (fb.get() < 0) {
-        error = describe("Cannot open file", b, errno);
+        error = describe("Cannot open file", b.path, errno);
         return kContentUnreadable;
     }
     // One pair of buffers per worker thread, kept for the thread's life.
@@ -104,11 +106,11 @@ std::int32_t CompareFileContents(const std::string& a, const std::string& b, std
         std::size_t ga = 0, gb = 0;
         int err = 0;
         if (!readFull(fa.get(), bufA.get(), want, ga, err)) {
-            error = describe("Cannot read file", a, err);
+            error = describe("Cannot read file", a.path, err);
             return kContentUnreadable;
         }
         if (!readFull(fb.get(), bufB.get(), want, gb, err)) {
-            error = describe("Cannot read file", b, err);
+            error = describe("Cannot read file", b.path, err);
             return kContentUnreadable;
         }
         // A file that shrank while being read is not the same as one that
@@ -177,14 +179,17 @@ bool FolderCompareEngine::Run::walk(std::shared_ptr<const std::string> pathO,
         return false;
     std::vector<DirEntry> listO, listM;
     int errO = 0, errM = 0;
-    const bool okO = ListDirectory(*pathO, listO, errO);
-    const bool okM = ListDirectory(*pathM, listM, errM);
+    std::shared_ptr<const DirHandle> dirO, dirM;
+    const bool okO = ListDirectory(*pathO, listO, errO, &dirO);
+    const bool okM = ListDirectory(*pathM, listM, errM, &dirM);
 
     FolderBatch batch;
     batch.depth = depth;
     batch.opensFolder = true;
     batch.pathOriginal = pathO;
     batch.pathModified = pathM;
+    batch.dirOriginal = dirO;
+    batch.dirModified = dirM;
     batch.folder.sName = name;
     batch.folder.sPathOriginal = *pathO;
     batch.folder.sPathModified = *pathM;
@@ -230,6 +235,8 @@ bool FolderCompareEngine::Run::walk(std::shared_ptr<const std::string> pathO,
         b.depth = depth;
         b.pathOriginal = pathO;
         b.pathModified = pathM;
+        b.dirOriginal = dirO;
+        b.dirModified = dirM;
         return b;
     };
 
@@ -313,19 +320,24 @@ void FolderCompareEngine::Run::compareBoth(const FolderBatch& batch, const Folde
 {
     const std::string fo = *batch.pathOriginal + item.name;
     const std::string fm = *batch.pathModified + item.name;
-    const auto statOne = [&](const std::string& path, struct stat& st) {
-        if (::lstat(path.c_str(), &st) != 0) {
-            engine_.raiseError(kFolderErrorUnreadableFile, describe("Cannot read file", path, errno));
+    // By name in the open folders where possible: no path walk per call.
+    const FileRef ro = batch.dirOriginal ? FileRef{batch.dirOriginal->fd(), item.name.c_str(), fo}
+                                         : FileRef{AT_FDCWD, fo.c_str(), fo};
+    const FileRef rm = batch.dirModified ? FileRef{batch.dirModified->fd(), item.name.c_str(), fm}
+                                         : FileRef{AT_FDCWD, fm.c_str(), fm};
+    const auto statOne = [&](const FileRef& f, struct stat& st) {
+        if (::fstatat(f.dirfd, f.name, &st, AT_SYMLINK_NOFOLLOW) != 0) {
+            engine_.raiseError(kFolderErrorUnreadableFile, describe("Cannot read file", f.path, errno));
             return false;
         }
         if (!S_ISREG(st.st_mode) && !S_ISLNK(st.st_mode)) {
-            engine_.raiseError(kFolderErrorUnreadableFile, "File changed during the comparison: " + path);
+            engine_.raiseError(kFolderErrorUnreadableFile, "File changed during the comparison: " + f.path);
             return false;
         }
         return true;
     };
     struct stat so, sm;
-    if (!statOne(fo, so) || !statOne(fm, sm)) {
+    if (!statOne(ro, so) || !statOne(rm, sm)) {
         r.lContentStatus = kContentUnreadable;
         return;
     }
@@ -340,7 +352,7 @@ void FolderCompareEngine::Run::compareBoth(const FolderBatch& batch, const Folde
     } else if (linkO) {
         std::string to, tm;
         int err = 0;
-        if (!readLink(fo, to, err) || !readLink(fm, tm, err)) {
+        if (!readLink(ro.dirfd, ro.name, to, err) || !readLink(rm.dirfd, rm.name, tm, err)) {
             engine_.raiseError(kFolderErrorUnreadableFile, describe("Cannot read link", to.empty() ? fo : fm, err));
             r.lContentStatus = kContentUnreadable;
         } else {
@@ -350,7 +362,8 @@ void FolderCompareEngine::Run::compareBoth(const FolderBatch& batch, const Folde
         r.lContentStatus = kContentSame;
     } else {
         std::string error;
-        r.lContentStatus = CompareFileContents(fo, fm, static_cast<std::uint64_t>(so.st_size), engine_.abort_, error);
+        r.lContentStatus =
+            CompareFileContents(ro, rm, static_cast<std::uint64_t>(so.st_size), engine_.abort_, error);
         if (r.lContentStatus == kContentUnreadable)
             engine_.raiseError(kFolderErrorUnreadableFile, error);
     }

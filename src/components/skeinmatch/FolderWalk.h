@@ -2,6 +2,7 @@
 // The body of one folder comparison run: the walker that lists both trees
 // and the per-file comparison that worker threads carry out.
 
+#include "components/skeinmatch/DirectoryListing.h"
 #include "components/skeinmatch/FileNamePattern.h"
 #include "components/skeinmatch/FolderCompareEngine.h"
 #include "components/skeinmatch/OrderedPipeline.h"
@@ -13,10 +14,18 @@
 
 namespace skeinmatch {
 
+// A file as a name in an open folder (or, with AT_FDCWD, as a path), with
+// its full path for messages.
+struct FileRef {
+    int dirfd;
+    const char* name;
+    const std::string& path;
+};
+
 // Compares two regular files of `size` bytes each, byte by byte. Returns
 // kContentSame, kContentDiffers, or kContentUnreadable with a message. Gives
 // up early (as "same") when `abort` becomes true.
-std::int32_t CompareFileContents(const std::string& a, const std::string& b, std::uint64_t size,
+std::int32_t CompareFileContents(const FileRef& a, const FileRef& b, std::uint64_t size,
                                  const std::atomic<bool>& abort, std::string& error);
 
 // The date rule: 0 when the two modification times count as equal,
@@ -38,6 +47,7 @@ struct FolderBatch {
     bool folderForced = false;  // the folder could not be read: always report it
     FolderRecord folder;
     std::shared_ptr<const std::string> pathOriginal, pathModified;  // end in '/'
+    std::shared_ptr<const DirHandle> dirOriginal, dirModified;      // may be null
     std::vector<FolderItem> items;
     std::vector<FolderRecord> found;  // filled by a worker: the records to report
 };

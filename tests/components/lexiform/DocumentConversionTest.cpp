@@ -250,6 +250,23 @@ TEST(DocumentErrors, DamagedDocumentsNeverCrashOrChange)
     // An empty file named .docx is no zip: it is read as the empty text it is.
     EXPECT_EQ(lx.ConvertDocument(q(tmp.file("zip-of-nothing.docx")), q(tmp.file("o.txt")), TypePlainText), Ok);
 
+    // Entity expansion ("billion laughs") is never performed.
+    std::string laughs = "<?xml version=\"1.0\"?><!DOCTYPE w:document [<!ENTITY l0 \"ha\">";
+    for (int i = 1; i < 10; ++i)
+        laughs += "<!ENTITY l" + std::to_string(i) + " \"" + [&] {
+            std::string r;
+            for (int k = 0; k < 10; ++k)
+                r += "&l" + std::to_string(i - 1) + ";";
+            return r;
+        }() + "\">";
+    laughs += "]><w:document " + w + "><w:body><w:p><w:r><w:t>a&l9;b</w:t></w:r></w:p></w:body></w:document>";
+    writeZip(tmp.file("laughs.docx"), {{"word/document.xml", laughs}});
+    const int laughRc = lx.ConvertDocument(q(tmp.file("laughs.docx")), q(tmp.file("o.txt")), TypePlainText);
+    EXPECT_TRUE(laughRc == Ok || laughRc == SourceInvalid) << laughRc;
+    if (laughRc == Ok) {
+        EXPECT_LT(tvtest::readFile(tmp.file("o.txt")).size(), 100u);
+    }
+
     // Zip bomb: the cap stops the reading.
     std::string body = "<w:document " + w + "><w:body><w:p><w:r><w:t>x</w:t></w:r></w:p>" + std::string(48 << 20, ' ')
                        + "</w:body></w:document>";

@@ -6,6 +6,7 @@
 #include "support/testsupport.h"
 
 #include <QDate>
+#include <QFile>
 #include <QRegularExpression>
 #include <gtest/gtest.h>
 
@@ -187,6 +188,12 @@ TEST(SpreadsheetErrors, DamagedWorkbooksGiveResultCodesAndStayUntouched)
         EXPECT_TRUE(rc == SourceInvalid || rc == InvalidSheet) << c.name << " gave " << rc;
         EXPECT_EQ(fileDigest(path), digest) << c.name;
     }
+
+    // A word processor file under a workbook's name is no workbook.
+    QFile::copy(q(dataPath("letter-original.docx")), q(tmp.file("letter.xlsx")));
+    EXPECT_EQ(lx.ConvertSpreadsheetValues(q(tmp.file("letter.xlsx")), "1", q(tmp.file("o.csv")), 6), SourceInvalid);
+    QFile::copy(q(dataPath("letter-original.odt")), q(tmp.file("letter.ods")));
+    EXPECT_EQ(lx.ConvertSpreadsheetValues(q(tmp.file("letter.ods")), "1", q(tmp.file("o.csv")), 6), SourceInvalid);
 
     // Well-formed zip, broken XML inside.
     const std::string broken = tmp.file("broken.xlsx");
