@@ -484,6 +484,17 @@ void matchWithinHorizon(const std::uint32_t* x, std::size_t n, const std::uint32
         return c < end ? places[c] : m;
     };
 
+    // A pair resumes the matching only when a few lines in a row agree
+    // from there (or the texts end): a lone common line such as a blank
+    // one or a brace would otherwise lead the walk astray.
+    constexpr std::size_t resumeRun = 3;
+    auto resumes = [&](std::size_t p, std::size_t q) {
+        for (std::size_t t = 0; t < resumeRun && p + t < n && q + t < m; ++t)
+            if (x[p + t] != y[q + t])
+                return false;
+        return true;
+    };
+
     std::size_t i = 0, j = 0;
     while (i < n && j < m) {
         if (x[i] == y[j]) {
@@ -493,11 +504,18 @@ void matchWithinHorizon(const std::uint32_t* x, std::size_t n, const std::uint32
         }
         std::size_t best = SIZE_MAX, bi = 0, bj = 0;
         for (std::size_t p = i; p < n && p - i <= horizon && p - i < best; ++p) {
-            std::size_t q = nextPlace(x[p], j);
-            if (q < m && q - j <= horizon && (p - i) + (q - j) < best) {
-                best = (p - i) + (q - j);
-                bi = p;
-                bj = q;
+            const std::uint32_t id = x[p];
+            nextPlace(id, j);
+            for (std::uint32_t c = cursor[id]; c < start[id + 1]; ++c) {
+                const std::size_t q = places[c];
+                if (q - j > horizon || (p - i) + (q - j) >= best)
+                    break;
+                if (resumes(p, q)) {
+                    best = (p - i) + (q - j);
+                    bi = p;
+                    bj = q;
+                    break;
+                }
             }
         }
         if (best == SIZE_MAX) {

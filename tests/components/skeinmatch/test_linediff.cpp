@@ -339,6 +339,19 @@ TEST(LineDiffHorizon, FindsCounterpartsOnlyWithinTheBracket)
     EXPECT_EQ(changedLines(narrow), 14);
 }
 
+TEST(LineDiffHorizon, ALoneCommonLineDoesNotLeadAstray)
+{
+    // The nearest equal pair is a brace, but only "a } b" agrees in a row:
+    // the walk resumes there and the edit stays minimal.
+    DiffOptions o;
+    o.useHorizon = true;
+    o.horizon = 5;
+    std::string a = "a\n}\nb\nc\nx\n", b = "}\nx\na\n}\nb\nc\n";
+    auto recs = diffTexts(a, b, o);
+    expectValid(splitLines(a), splitLines(b), recs);
+    EXPECT_EQ(changedLines(recs), 3);
+}
+
 TEST(LineDiffHorizon, RandomPairsStayValidForEveryBracket)
 {
     std::mt19937 rng(31337);
