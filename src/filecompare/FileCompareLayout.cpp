@@ -104,7 +104,7 @@ void frmCompareFiles::buildStatusBar()
     sbStatus = new QStatusBar(this);
     sbStatus->setObjectName(QStringLiteral("sbStatus"));
     sbStatus->setSizeGripEnabled(false);
-    const int widths[5] = {170, 170, 0, 0, 110};
+    const int widths[5] = {150, 150, 0, 0, 100};
     for (int i = 0; i < 5; ++i) {
         auto* panel = new StatusPanel(sbStatus);
         panel->setObjectName(QStringLiteral("sbStatusPanel%1").arg(i + 1));
@@ -609,8 +609,11 @@ void frmCompareFiles::Form_Resize()
     if (!tbAbort->isVisible())
         if (QWidget* abort = tbMain->widgetForAction(tbAbort))
             tbWidth += abort->sizeHint().width() + tbMain->layout()->spacing();
-    tbMain->setGeometry(m, m, qMin(tbWidth, W / 2), rowH);
     const QSize spin = SpinScroll->sizeHint();
+    // The buttons first; the list of differences takes what is left, down to
+    // a width where a row still says something.
+    const int listMinimum = 160;
+    tbMain->setGeometry(m, m, qMax(40, qMin(tbWidth, W - 4 * m - spin.width() - listMinimum)), rowH);
     SpinScroll->setGeometry(W - m - spin.width(), m + (rowH - spin.height()) / 2, spin.width(), spin.height());
     const int listLeft = tbMain->geometry().right() + 1 + m;
     cmboChangeListing->setGeometry(listLeft, m + (rowH - comboH) / 2,

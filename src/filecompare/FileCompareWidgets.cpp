@@ -138,6 +138,25 @@ StatusPanel::StatusPanel(QWidget* parent)
     setMargin(2);
 }
 
+QSize StatusPanel::minimumSizeHint() const
+{
+    return {qMin(minimumWidth(), 40), QLabel::minimumSizeHint().height()};
+}
+
+void StatusPanel::paintEvent(QPaintEvent* event)
+{
+    const QRect area = contentsRect().adjusted(margin(), 0, -margin(), 0);
+    const QString shown = fontMetrics().elidedText(text(), Qt::ElideRight, area.width());
+    const QString tip = shown == text() ? QString() : text();
+    if (toolTip() != tip)
+        setToolTip(tip);
+    if (shown == text())
+        return QLabel::paintEvent(event);
+    QPainter p(this);
+    p.setPen(palette().color(foregroundRole()));
+    p.drawText(area, int(alignment()), shown);
+}
+
 void StatusPanel::mousePressEvent(QMouseEvent* event)
 {
     if (event->button() == Qt::LeftButton)

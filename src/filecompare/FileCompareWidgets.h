@@ -53,18 +53,21 @@ private:
     int pressed_ = 0;
 };
 
-// One panel of the status bar; a click on it is reported.
+// One panel of the status bar; a click on it is reported. A text too long
+// for the panel ends in "..." and shows whole in the panel's tool tip.
 class StatusPanel : public QLabel {
     Q_OBJECT
 
 public:
     explicit StatusPanel(QWidget* parent = nullptr);
+    QSize minimumSizeHint() const override;
 
 signals:
     void clicked();
 
 protected:
     void mousePressEvent(QMouseEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
 };
 
 // While a run lets events through, input may reach only what can stop it:

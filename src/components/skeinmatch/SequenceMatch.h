@@ -43,8 +43,9 @@ void matchSequences(const std::uint32_t* x, std::size_t n, const std::uint32_t* 
 
 // Matching with a horizon: from the last matched pair, an unmatched element
 // looks for its counterpart only within `horizon` elements ahead on both
-// sides, taking the nearest pair found. When there is none both current
-// elements count as changed and the walk moves on by one.
+// sides, taking the nearest pair from which three elements in a row agree
+// (fewer at the ends). When there is none both current elements count as
+// changed and the walk moves on by one.
 void matchWithinHorizon(const std::uint32_t* x, std::size_t n, const std::uint32_t* y,
                         std::size_t m, std::uint32_t idCount, std::size_t horizon,
                         std::uint8_t* cx, std::uint8_t* cy);

@@ -66,7 +66,12 @@ public:
     // result then a little larger than minimal.
     void setCompareFaster(bool on) { options_.faster = on; }
     // With UseLineBracket a mismatched line looks for its counterpart only
-    // within LineBracket lines of its place (values below 1 count as 1).
+    // within LineBracket lines of its place (values below 1 count as 1):
+    // walking both files from the top, at a mismatch the nearest pair of
+    // equal lines at most LineBracket lines ahead on each side, followed by
+    // two more equal pairs, resumes the matching; with none, both lines
+    // count as changed. Lines that have no counterpart anywhere are left out
+    // of that count.
     void setUseLineBracket(bool on) { options_.useHorizon = on; }
     void setLineBracket(int lines) { options_.horizon = lines < 1 ? 1 : lines; }
 

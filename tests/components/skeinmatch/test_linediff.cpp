@@ -195,6 +195,36 @@ TEST(LineDiffSequences, SecondThreadGivesTheSameMatch)
     }
 }
 
+TEST(LineDiffSequences, HalvesOnTwoThreadsMatchOneThreadForEveryBudget)
+{
+    // A light edit of a long sequence: the first split's halves go to two
+    // threads, and whether the budget lasts (kept) or runs out on the way
+    // (done over on one thread) the answer must be the single thread's.
+    std::mt19937 rng(21);
+    std::vector<std::uint32_t> x(40000);
+    for (auto& v : x)
+        v = rng() % 2000;
+    std::vector<std::uint32_t> y;
+    for (std::size_t i = 0; i < x.size(); ++i) {
+        if (rng() % 40 == 0)
+            y.push_back(rng() % 2000);
+        if (rng() % 40 != 0)
+            y.push_back(x[i]);
+    }
+    for (std::uint64_t total : {20000ull, 200000ull, 1000000ull, 3000000ull, 10000000ull, 1000000000ull}) {
+        skeinmatch::MatchBudget b;
+        b.total = total;
+        b.cutoff = 64;
+        std::vector<std::uint8_t> c1x(x.size()), c1y(y.size()), c2x(x.size()), c2y(y.size());
+        skeinmatch::matchSequences(x.data(), x.size(), y.data(), y.size(), 2000, b, c1x.data(),
+                                   c1y.data(), 1);
+        skeinmatch::matchSequences(x.data(), x.size(), y.data(), y.size(), 2000, b, c2x.data(),
+                                   c2y.data(), 2);
+        EXPECT_EQ(c1x, c2x) << "budget " << total;
+        EXPECT_EQ(c1y, c2y) << "budget " << total;
+    }
+}
+
 TEST(LineDiffPlacement, InsertedFunctionStartsAtItsHeader)
 {
     std::string a = "int a() {\n    return 1;\n}\n\nint c() {\n    return 3;\n}\n";
@@ -307,6 +337,19 @@ TEST(LineDiffHorizon, FindsCounterpartsOnlyWithinTheBracket)
     auto narrow = diffTexts(a, b, o);
     expectValid(splitLines(a), splitLines(b), narrow);
     EXPECT_EQ(changedLines(narrow), 14);
+}
+
+TEST(LineDiffHorizon, ALoneCommonLineDoesNotLeadAstray)
+{
+    // The nearest equal pair is a brace, but only "a } b" agrees in a row:
+    // the walk resumes there and the edit stays minimal.
+    DiffOptions o;
+    o.useHorizon = true;
+    o.horizon = 5;
+    std::string a = "a\n}\nb\nc\nx\n", b = "}\nx\na\n}\nb\nc\n";
+    auto recs = diffTexts(a, b, o);
+    expectValid(splitLines(a), splitLines(b), recs);
+    EXPECT_EQ(changedLines(recs), 3);
 }
 
 TEST(LineDiffHorizon, RandomPairsStayValidForEveryBracket)
