@@ -7,6 +7,7 @@
 #include "filecompare/frmCompareFiles.h"
 #include "filecompare/frmCompareFilesGoTo.h"
 #include "shell/modMessageBox.h"
+#include "shell/modModalDialog.h"
 
 #include <QAction>
 #include <QComboBox>
@@ -281,7 +282,7 @@ void frmCompareFiles::tbShowDifferenceUnknown_Click()
     frmCompareFilesGoTo dialog(this);
     dialog.txtGoTo->setText(QString::number(mlCurrentDifference));
     dialog.txtGoTo->selectAll();
-    dialog.Run();
+    ShowModal(dialog);
     if (dialog.bCancelled)
         return;
     // A text that is no whole number goes nowhere, like a number outside

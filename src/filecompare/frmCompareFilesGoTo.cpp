@@ -6,29 +6,6 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
-namespace {
-frmCompareFilesGoTo::Runner& runner()
-{
-    static frmCompareFilesGoTo::Runner r;
-    return r;
-}
-} // namespace
-
-frmCompareFilesGoTo::Runner frmCompareFilesGoTo::setRunner(Runner r)
-{
-    Runner previous = std::move(runner());
-    runner() = std::move(r);
-    return previous;
-}
-
-void frmCompareFilesGoTo::Run()
-{
-    if (runner())
-        runner()(*this);
-    else
-        exec();
-}
-
 frmCompareFilesGoTo::frmCompareFilesGoTo(QWidget* parent)
     : QDialog(parent, Qt::Dialog | Qt::WindowTitleHint | Qt::WindowCloseButtonHint)
 {

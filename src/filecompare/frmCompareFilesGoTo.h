@@ -5,8 +5,6 @@
 
 #include <QDialog>
 
-#include <functional>
-
 class QLabel;
 class QLineEdit;
 class QPushButton;
@@ -27,14 +25,6 @@ public:
 
     void cmdOK_Click();
     void cmdCancel_Click();
-
-    // How the viewer shows the dialog: modally, until OK or Cancel. Tests
-    // install a runner that fills in the text and presses a button instead;
-    // an empty function restores the modal dialog. Returns the previous one.
-    using Runner = std::function<void(frmCompareFilesGoTo& dialog)>;
-    static Runner setRunner(Runner runner);
-    // Shows the dialog through the runner in use.
-    void Run();
 
 protected:
     // The window's close box and Escape count as Cancel.

@@ -3,11 +3,13 @@
 #include "filecompare/frmCompareFiles.h"
 #include "settings/IniStore.h"
 #include "shell/ViewerForm.h"
+#include "shell/frmAbout.h"
 #include "shell/core/Launcher.h"
 #include "shell/core/modGlobal.h"
 #include "shell/core/modParseCommandLine.h"
 #include "shell/core/modUtilityString.h"
 #include "shell/modMessageBox.h"
+#include "shell/modModalDialog.h"
 #include "shell/modUtilityForm.h"
 
 #include <QCloseEvent>
@@ -408,8 +410,8 @@ void frmMainMDI::mnuHelpFile_Click()
 
 void frmMainMDI::mnuAbout_Click()
 {
-    MsgBox(this, QStringLiteral("'Tallyvane'\nDocument comparison\n\n") + VersionText(), MsgButtons::OK,
-           MsgIcon::Information, QStringLiteral("About 'Tallyvane'"));
+    frmAbout about(this);
+    ShowModal(about);
 }
 
 void frmMainMDI::mnuProductHomePage_Click()

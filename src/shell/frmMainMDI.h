@@ -26,8 +26,8 @@ public:
     using ViewerFactory = std::function<ViewerForm*()>;
 
     // Addresses of the product's pages, opened from the Help menu.
-    static constexpr const char* kProductHomePage = "https://www.merrowgate.com/tallyvane/";
-    static constexpr const char* kProductUpdatesPage = "https://www.merrowgate.com/tallyvane/revisions/";
+    static constexpr const char* kProductHomePage = "https://www.merrowgate.example/tallyvane/";
+    static constexpr const char* kProductUpdatesPage = "https://www.merrowgate.example/tallyvane/revisions/";
 
     explicit frmMainMDI(QWidget* parent = nullptr);
     ~frmMainMDI() override;

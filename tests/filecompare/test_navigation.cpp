@@ -4,6 +4,7 @@
 
 #include "filecompare/frmCompareFilesGoTo.h"
 #include "filecompare/viewer_fixture.h"
+#include "shell/modModalDialog.h"
 
 #include <QAction>
 #include <QCheckBox>
@@ -21,7 +22,7 @@ class NavigationTest : public ViewerTest {
 protected:
     void TearDown() override
     {
-        frmCompareFilesGoTo::setRunner({});
+        setModalRunner({});
         ViewerTest::TearDown();
     }
 
@@ -58,7 +59,8 @@ protected:
     // Answers the go-to dialog with a text and a button.
     void answerGoTo(const QString& text, bool ok)
     {
-        frmCompareFilesGoTo::setRunner([this, text, ok](frmCompareFilesGoTo& d) {
+        setModalRunner([this, text, ok](QDialog& dialog) {
+            auto& d = dynamic_cast<frmCompareFilesGoTo&>(dialog);
             offered = d.txtGoTo->text();
             selectedAll = d.txtGoTo->selectedText() == d.txtGoTo->text();
             d.txtGoTo->setText(text);
@@ -203,7 +205,7 @@ TEST_F(NavigationTest, GoToMovesOnlyToANumberInTheList)
 TEST_F(NavigationTest, GoToWithoutDifferencesSaysSoThoughItsButtonIsOff)
 {
     bool asked = false;
-    frmCompareFilesGoTo::setRunner([&](frmCompareFilesGoTo&) { asked = true; });
+    setModalRunner([&](QDialog&) { asked = true; });
     const QString same = textFile("a.txt", {"x"});
     compare(same, same);
     EXPECT_FALSE(viewer->tbShowDifferenceUnknown->isEnabled());
