@@ -16,6 +16,10 @@
 #include <QComboBox>
 #include <QFile>
 #include <QFileInfo>
+#include <QFontDatabase>
+#include <QGuiApplication>
+#include <QTextCursor>
+#include <QTextDocument>
 #include <QTimer>
 
 namespace {
@@ -42,6 +46,29 @@ bool stagedFileIsBinary(const QString& staged)
     if (head.startsWith("\xFF\xFE") || head.startsWith("\xFE\xFF") || head.startsWith(QByteArray("\x00\x00\xFE\xFF", 4)))
         return false;
     return head.contains('\0');
+}
+
+bool stagedFileIsRichText(const QString& staged)
+{
+    QFile f(staged);
+    return f.open(QIODevice::ReadOnly) && f.read(5) == "{\\rtf";
+}
+
+// Plain text (source code, spreadsheet rows padded into columns, the text
+// of a PDF) is laid out in columns by its blanks: it reads as it was meant
+// only in a font whose characters are all one width.
+void showInFixedPitch(RichTextBox* box)
+{
+    QTextCharFormat fixed;
+    fixed.setFontFamilies(QFontDatabase::systemFont(QFontDatabase::FixedFont).families());
+    fixed.setFontFixedPitch(true);
+    QTextCursor all(box->document());
+    all.select(QTextCursor::Document);
+    all.mergeCharFormat(fixed);
+    QFont font = box->document()->defaultFont();
+    font.setFamilies(fixed.fontFamilies().toStringList());
+    font.setFixedPitch(true);
+    box->document()->setDefaultFont(font);
 }
 
 } // namespace
@@ -112,6 +139,10 @@ bool frmCompareFiles::LoadFileIntoEditor(const QString& sFile, qint32 lEditor)
     // The box's load replaces its document only when the file could be read,
     // so a failure leaves what the editor held.
     doc->LoadFile(sTemp);
+    if (stagedFileIsRichText(sTemp))
+        box->document()->setDefaultFont(QGuiApplication::font());
+    else
+        showInFixedPitch(box);
     if (lEditor == kOriginal)
         mbOriginalDirty = true;
     else if (lEditor == kModified)

@@ -139,7 +139,6 @@ void frmCompareFiles::buildReportPage()
             txtDefaultReportTXT, cmdSelectReportFolderDefaultTXT);
     pathRow(2, QStringLiteral("Comma delimited report file:"), "txtDefaultReportCSV",
             "cmdSelectReportFolderDefaultCSV", txtDefaultReportCSV, cmdSelectReportFolderDefaultCSV);
-    gl->setRowStretch(3, 1);
     tabs->addTab(general, QStringLiteral("General"));
 
     auto* html = new QWidget;
@@ -164,9 +163,9 @@ void frmCompareFiles::buildReportPage()
     txtReportTitleHTML = titleRow(0, QStringLiteral("Report title:"), "txtReportTitleHTML", QString());
     txtReportMasterTitleHTML = titleRow(1, QStringLiteral("Original title:"), "txtReportMasterTitleHTML", hint);
     txtReportSourceTitleHTML = titleRow(2, QStringLiteral("Modified title:"), "txtReportSourceTitleHTML", hint);
-    hl->setRowStretch(3, 1);
     tabs->addTab(html, QStringLiteral("HTML"));
-    page->addWidget(tabs, 1);
+    page->addWidget(tabs);
+    page->addStretch(1);
 
     connect(cmdSelectReportFolderDefaultHTM, &QToolButton::clicked, this,
             &frmCompareFiles::cmdSelectReportFolderDefaultHTM_Click);

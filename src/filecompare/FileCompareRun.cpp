@@ -200,6 +200,8 @@ void frmCompareFiles::RefreshDisplayCommandLine(qint32 lReportStyle)
             && LoadOriginalFile(moFileOptions.sFileOriginal.Data())) {
             RunCompare(true);
             PleaseWait->hide();
+            // A viewer shows its filters from the first run that completes.
+            frameFilterButtons->show();
         }
     }
     closeIfAsked();

@@ -13,6 +13,9 @@
 #include "shell/modUtilityForm.h"
 
 #include <QCloseEvent>
+#include <QGuiApplication>
+#include <QScreen>
+#include <QStyle>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenu>
@@ -274,7 +277,21 @@ void frmMainMDI::Form_Load()
 
 void frmMainMDI::ReadIniFile()
 {
+    const bool firstStart = !HasStoredPlacement(this);
     RestoreFormPlacement(this);
+    if (firstStart) {
+        // The stored defaults describe a small window, which is what a
+        // desktop without a window manager would show of a maximised one; a
+        // first start gets most of the screen to come back to.
+        if (const QScreen* screen = QGuiApplication::primaryScreen()) {
+            const QRect available = screen->availableGeometry();
+            const QSize size(available.width() * 7 / 8, available.height() * 7 / 8);
+            const Qt::WindowStates state = windowState();
+            setWindowState(Qt::WindowNoState);
+            setGeometry(QStyle::alignedRect(Qt::LeftToRight, Qt::AlignCenter, size, available));
+            setWindowState(state);
+        }
+    }
     keptCounts_ = {0, 0, 0};
     for (int k = 0; k < int(kKinds.size()); ++k) {
         const KindInfo& info = kKinds[k];

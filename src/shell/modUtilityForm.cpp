@@ -29,6 +29,13 @@ bool readNumber(const QSettings& s, const char* key, double defaultValue, double
 
 } // namespace
 
+bool HasStoredPlacement(const QWidget* window)
+{
+    QSettings s = userStore();
+    s.beginGroup(groupOf(window));
+    return s.contains(QStringLiteral("Width")) && s.contains(QStringLiteral("Height"));
+}
+
 qint32 WindowStateNumber(const QWidget* window)
 {
     const Qt::WindowStates state = window->windowState();

@@ -23,6 +23,9 @@ inline double PixelsToTwips(int pixels) { return double(pixels) * kTwipsPerPixel
 void RestoreFormPlacement(QWidget* window);
 void SaveFormPlacement(QWidget* window);
 
+// True when a rectangle of the window has been saved.
+bool HasStoredPlacement(const QWidget* window);
+
 // 0 normal, 1 minimised, 2 maximised.
 qint32 WindowStateNumber(const QWidget* window);
 
