@@ -6,7 +6,9 @@
 #include "conversion/ConverterRoutines.h"
 #include "filecompare/viewer_fixture.h"
 
+#include <QFontDatabase>
 #include <QPushButton>
+#include <QTextDocument>
 
 using tvtest::ViewerTest;
 
@@ -121,6 +123,17 @@ TEST_F(DocumentTest, SheetListsAndFormulasComeFromTheOptions)
     EXPECT_FALSE(viewer->rtbOriginal->Text().contains("Northwind"));
     EXPECT_TRUE(viewer->rtbModified->Text().contains("Final"));
     EXPECT_FALSE(records().isEmpty());
+}
+
+TEST_F(DocumentTest, PlainTextIsShownInAFixedPitchFontAndRichTextKeepsItsOwn)
+{
+    const QString fixed = QFontDatabase::systemFont(QFontDatabase::FixedFont).family();
+    compareData("book-original.xlsx", "book-modified.xlsx");
+    EXPECT_EQ(viewer->rtbOriginal->formatAt(0).fontName, fixed);
+    EXPECT_EQ(viewer->rtbModifiedDiffFinal->formatAt(0).fontName, fixed) << "the panes take the editors' look";
+    compareData("letter-original.docx", "letter-modified.docx");
+    EXPECT_NE(viewer->rtbOriginal->formatAt(0).fontName, fixed);
+    EXPECT_NE(viewer->rtbOriginal->document()->defaultFont().family(), fixed);
 }
 
 } // namespace

@@ -17,6 +17,8 @@
 #include "support/testsupport.h"
 
 #include <QComboBox>
+#include <QGuiApplication>
+#include <QScreen>
 #include <QLabel>
 #include <QMdiArea>
 #include <QMdiSubWindow>
@@ -348,6 +350,28 @@ TEST(PleaseWait, EscapeAbortsTheBoundViewerAndClosesTheWindow)
         EXPECT_FALSE(wait.isVisible());
     }
     gsIniFile = saved;
+}
+
+TEST_F(FrameTest, AFirstStartGivesTheFrameMostOfTheScreenAndALaterOneItsOwnPlace)
+{
+    load();
+    const QRect available = QGuiApplication::primaryScreen()->availableGeometry();
+    EXPECT_EQ(frame->normalGeometry().size(), QSize(available.width() * 7 / 8, available.height() * 7 / 8));
+    EXPECT_TRUE(frame->isMaximized());
+    closeFrame();
+    frame.reset();
+
+    QSettings s("Tallyvane", "Tallyvane");
+    s.beginGroup("frmMainMDISettings");
+    s.setValue("WindowState", 0);
+    s.setValue("Left", 300);
+    s.setValue("Top", 300);
+    s.setValue("Width", 6000);
+    s.setValue("Height", 4500);
+    s.endGroup();
+    s.sync();
+    load();
+    EXPECT_EQ(frame->size(), QSize(400, 300));
 }
 
 } // namespace
