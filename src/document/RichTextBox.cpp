@@ -71,9 +71,10 @@ void RichTextBox::watchDocument()
     // The document reports changes only once something lays it out, that is
     // in a shown box, where the user types; edits through this class mark the
     // text themselves.
-    connect(doc_.get(), &QTextDocument::contentsChange, this, [this](int, int, int) {
+    connect(doc_.get(), &QTextDocument::contentsChange, this, [this](int position, int removed, int added) {
         if (!formatting_)
             textValid_ = false;
+        emit contentsChange(position, removed, added);
     });
 }
 

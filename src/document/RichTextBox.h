@@ -126,6 +126,12 @@ public:
     void beginBulkEdit();
     void endBulkEdit();
 
+signals:
+    // The characters of the document the box holds changed (the document's
+    // own contentsChange, passed on from whichever document the box holds
+    // now, so that a listener stays with the box across swapDocuments).
+    void contentsChange(int position, int removed, int added);
+
 private:
     QTextCursor cursor() const;
     void setCursor(const QTextCursor& c);

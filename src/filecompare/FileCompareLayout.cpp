@@ -294,14 +294,14 @@ void frmCompareFiles::buildComparePage()
     // loads do the same, which is what a changed file needs.
     // During a run only the run itself changes an editor (a text that must be
     // flattened), and its index must then be rebuilt too.
-    connect(rtbOriginal->document(), &QTextDocument::contentsChange, this, [this](int, int removed, int added) {
+    connect(rtbOriginal, &RichTextBox::contentsChange, this, [this](int, int removed, int added) {
         if (removed == 0 && added == 0)
             return;
         mbOriginalDirty = true;
         if (runDepth_ == 0)
             SetPanelText(2, QStringLiteral("Diff View not fresh"));
     });
-    connect(rtbModified->document(), &QTextDocument::contentsChange, this, [this](int, int removed, int added) {
+    connect(rtbModified, &RichTextBox::contentsChange, this, [this](int, int removed, int added) {
         if (removed == 0 && added == 0)
             return;
         mbModifiedDirty = true;

@@ -18,9 +18,13 @@
 #include <QFileInfo>
 #include <QFontDatabase>
 #include <QGuiApplication>
-#include <QTextCursor>
 #include <QTextDocument>
+#include <QThread>
 #include <QTimer>
+
+#include <future>
+#include <memory>
+#include <vector>
 
 namespace {
 
@@ -56,22 +60,81 @@ bool stagedFileIsRichText(const QString& staged)
 
 // Plain text (source code, spreadsheet rows padded into columns, the text
 // of a PDF) is laid out in columns by its blanks: it reads as it was meant
-// only in a font whose characters are all one width.
-void showInFixedPitch(RichTextBox* box)
+// only in a font whose characters are all one width. It is the document's
+// default font, which costs nothing to set, and which the compare hands on
+// to the panes that show the same text.
+void showInFixedPitch(RichTextBox* box, bool fixedPitch)
 {
-    QTextCharFormat fixed;
-    fixed.setFontFamilies(QFontDatabase::systemFont(QFontDatabase::FixedFont).families());
-    fixed.setFontFixedPitch(true);
-    QTextCursor all(box->document());
-    all.select(QTextCursor::Document);
-    all.mergeCharFormat(fixed);
-    QFont font = box->document()->defaultFont();
-    font.setFamilies(fixed.fontFamilies().toStringList());
-    font.setFixedPitch(true);
+    QFont font = fixedPitch ? QFontDatabase::systemFont(QFontDatabase::FixedFont) : QGuiApplication::font();
+    font.setPointSizeF(QGuiApplication::font().pointSizeF());
     box->document()->setDefaultFont(font);
 }
 
 } // namespace
+
+// A plain-text file of 100,000 lines takes a good part of a second to become
+// a document, and two of them are loaded for every refresh that reloads:
+// the second is staged while the first is built on a worker thread, and
+// both documents are built side by side. A document is a reentrant object
+// that nothing else sees until the editor takes it, on this thread.
+class PendingEditorLoads {
+public:
+    struct Built {
+        std::unique_ptr<RichTextBox> box;
+        RichTextBox::FileError error;
+    };
+
+    ~PendingEditorLoads()
+    {
+        for (Load& l : loads_)
+            if (l.built.valid())
+                l.built.wait();
+    }
+
+    // Takes the staged file away from the work file the next load uses and
+    // builds its document on a worker. False when it cannot.
+    bool start(const QString& sTemp, qint32 lEditor)
+    {
+        const QString kept = sTemp + QStringLiteral(".%1").arg(lEditor);
+        QFile::remove(kept);
+        if (!QFile::rename(sTemp, kept))
+            return false;
+        QThread* home = QThread::currentThread();
+        loads_.push_back({lEditor, kept, std::async(std::launch::async, [kept, home] {
+                              Built b{std::make_unique<RichTextBox>(), {}};
+                              b.error = b.box->LoadFile(kept, RichTextBox::ByContent);
+                              b.box->document()->moveToThread(home);
+                              b.box->moveToThread(home);
+                              return b;
+                          })});
+        return true;
+    }
+
+    // Each editor takes the document built for it; one that could not be
+    // built is loaded here after all, with the load's own message.
+    void finish(frmCompareFiles* viewer)
+    {
+        for (Load& l : loads_) {
+            Built b = l.built.get();
+            RichTextBox* box = viewer->EditorBox(l.editor);
+            if (!b.error)
+                box->swapDocuments(*b.box);
+            else
+                viewer->EditorDocument(l.editor)->LoadFile(l.path);
+            showInFixedPitch(box, true);
+            QFile::remove(l.path);
+        }
+        loads_.clear();
+    }
+
+private:
+    struct Load {
+        qint32 editor;
+        QString path;
+        std::future<Built> built;
+    };
+    std::vector<Load> loads_;
+};
 
 bool frmCompareFiles::LoadOriginalFile(const QString& sFile)
 {
@@ -136,13 +199,16 @@ bool frmCompareFiles::LoadFileIntoEditor(const QString& sFile, qint32 lEditor)
     clsRTBDocument* doc = EditorDocument(lEditor);
     if (!box || !doc)
         return false;
-    // The box's load replaces its document only when the file could be read,
-    // so a failure leaves what the editor held.
-    doc->LoadFile(sTemp);
-    if (stagedFileIsRichText(sTemp))
-        box->document()->setDefaultFont(QGuiApplication::font());
-    else
-        showInFixedPitch(box);
+    const bool richText = stagedFileIsRichText(sTemp);
+    if (!richText && pendingLoads_ && (lEditor == kOriginal || lEditor == kModified)
+        && pendingLoads_->start(sTemp, lEditor)) {
+        // Built on a worker; the editor takes it when both files are staged.
+    } else {
+        // The box's load replaces its document only when the file could be
+        // read, so a failure leaves what the editor held.
+        doc->LoadFile(sTemp);
+        showInFixedPitch(box, !richText);
+    }
     if (lEditor == kOriginal)
         mbOriginalDirty = true;
     else if (lEditor == kModified)
@@ -154,6 +220,26 @@ bool frmCompareFiles::LoadFileIntoEditor(const QString& sFile, qint32 lEditor)
             timerRefresh->stop();
     }
     return true;
+}
+
+// --- both editors at once ----------------------------------------------------------------
+
+bool frmCompareFiles::LoadModifiedThenOriginal(const QString& sModified, const QString& sOriginal)
+{
+    PendingEditorLoads pending;
+    pendingLoads_ = &pending;
+    bool loaded = false;
+    try {
+        loaded = LoadModifiedFile(sModified) && LoadOriginalFile(sOriginal);
+    } catch (...) {
+        pendingLoads_ = nullptr;
+        throw;
+    }
+    pendingLoads_ = nullptr;
+    // A Modified file that loaded stays loaded when the Original fails, as
+    // it would one after the other.
+    pending.finish(this);
+    return loaded;
 }
 
 bool frmCompareFiles::ConvertFileIfNecessary(const QString& sFile, const QString& File_cnvt,

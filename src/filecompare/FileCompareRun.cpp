@@ -101,6 +101,14 @@ private:
     std::vector<RichTextBox*> boxes_;
 };
 
+// Text without fonts of its own is shown in the document's default font;
+// a copy of it is shown as its source is.
+void takeLook(RichTextBox* to, const RichTextBox* from)
+{
+    if (to->document()->defaultFont() != from->document()->defaultFont())
+        to->document()->setDefaultFont(from->document()->defaultFont());
+}
+
 QString bareFileName(const QString& path)
 {
     return QFileInfo(path).fileName();
@@ -159,7 +167,7 @@ void frmCompareFiles::refreshDisplayOnce(bool bReload, bool bShowDifference)
         WarnIfXLSAndWordWrapIsTrue(original, modified);
         WarnIfDOCAndIsBigFile(original, modified);
         // The Modified side first, on purpose.
-        if (!LoadModifiedFile(modified) || !LoadOriginalFile(original)) {
+        if (!LoadModifiedThenOriginal(modified, original)) {
             PleaseWait->hide();
             return;
         }
@@ -196,8 +204,7 @@ void frmCompareFiles::RefreshDisplayCommandLine(qint32 lReportStyle)
         DoEvents();
         // No questions in a batch run; a file that fails ends it here, with
         // the wait window left for the batch driver to close.
-        if (LoadModifiedFile(moFileOptions.sFileModified.Data())
-            && LoadOriginalFile(moFileOptions.sFileOriginal.Data())) {
+        if (LoadModifiedThenOriginal(moFileOptions.sFileModified.Data(), moFileOptions.sFileOriginal.Data())) {
             RunCompare(true);
             PleaseWait->hide();
             // A viewer shows its filters from the first run that completes.
@@ -205,6 +212,23 @@ void frmCompareFiles::RefreshDisplayCommandLine(qint32 lReportStyle)
         }
     }
     closeIfAsked();
+}
+
+bool frmCompareFiles::CompareCommandLineForReport(bool bCompare)
+{
+    if (runDepth_ > 0)
+        return false;
+    bool loaded = false;
+    {
+        RunScope scope(this);
+        mlStartTicks.start();
+        SetPanelText(3, QStringLiteral("Loading files..."));
+        loaded = LoadModifiedThenOriginal(moFileOptions.sFileModified.Data(), moFileOptions.sFileOriginal.Data());
+        if (loaded && bCompare)
+            CompareDocuments(2);
+    }
+    closeIfAsked();
+    return loaded;
 }
 
 // --- the run -------------------------------------------------------------------------------
@@ -236,6 +260,9 @@ void frmCompareFiles::RunCompare(bool bShowDifference)
 
         rtbOriginalDiff->setTextRTF(rtbOriginal->TextRTF());
         rtbModifiedDiff->setTextRTF(rtbModified->TextRTF());
+        // The panes show each side in the font its editor shows it in.
+        takeLook(rtbOriginalDiff, rtbOriginal);
+        takeLook(rtbModifiedDiff, rtbModified);
         // An unchanged editor keeps its index from the last run, and so does
         // its work copy, which holds the same text again.
         if (mbOriginalDirty) {
@@ -253,6 +280,9 @@ void frmCompareFiles::RunCompare(bool bShowDifference)
         rtbDeletions->setText(QString());
         rtbAdditions->setText(QString());
         rtbChanges->setText(QString());
+        takeLook(rtbDeletions, rtbOriginal);
+        takeLook(rtbAdditions, rtbModified);
+        takeLook(rtbChanges, rtbOriginal);
         mlChangeCount = mlAdditionCount = mlDeletionCount = 0;
 
         // Rendering happens off screen; the shown panes change at once when
@@ -260,6 +290,7 @@ void frmCompareFiles::RunCompare(bool bShowDifference)
         if (!SideBySideShowing()) {
             BulkEdit merged{rtbAIODiff};
             rtbAIODiff->setTextRTF(rtbOriginal->TextRTF());
+            takeLook(rtbAIODiff, rtbOriginal);
             docAIODiff.ParagraphCollectionCreate();
             UpdateChangesToRTFFileAIO();
             mbAllInOneFresh = true;

@@ -48,6 +48,7 @@ class QTimer;
 class QToolBar;
 class QToolButton;
 class frmPleaseWait;
+class PendingEditorLoads;
 
 namespace filecompare {
 class DividerLabel;
@@ -101,6 +102,9 @@ public:
     bool LoadOriginalFile(const QString& sFile);
     bool LoadModifiedFile(const QString& sFile);
     bool LoadFileIntoEditor(const QString& sFile, qint32 lEditor);
+    // LoadModifiedFile, then, if it worked, LoadOriginalFile, as a refresh
+    // that reloads does them; the two documents are built at the same time.
+    bool LoadModifiedThenOriginal(const QString& sModified, const QString& sOriginal);
     // Turns a file into something an editor can load, in File_cnvt.
     bool ConvertFileIfNecessary(const QString& sFile, const QString& File_cnvt,
                                 clsCompareFileOptions& options, bool bIsOriginalFile);
@@ -112,6 +116,11 @@ public:
     void RefreshDisplay(bool bReload, bool bShowDifference);
     // The batch request: 1 all in one, any other value side by side.
     void RefreshDisplayCommandLine(qint32 lReportStyle);
+    // The batch request of a run that ends as soon as its report is written:
+    // both files loaded and, unless the report's own compare follows
+    // (bCompare false), compared; nothing rendered, since no one will see
+    // the views. True when both files loaded.
+    bool CompareCommandLineForReport(bool bCompare);
     // Writes the editors' texts for the engine and compares them (lMode 1
     // writes them word by word, any other value paragraph by paragraph).
     void CompareDocuments(qint32 lMode);
@@ -394,6 +403,10 @@ private:
     void coupleScrolling(RichTextBox* from, RichTextBox* to, bool fromOriginal);
     void closeIfAsked();
     void fillOpenWindowsMenu();
+
+    // While both editors are loaded together, the loads waiting for their
+    // documents.
+    PendingEditorLoads* pendingLoads_ = nullptr;
 
     // One run at a time: a request during a run is kept and repeated once.
     int runDepth_ = 0;

@@ -65,7 +65,13 @@ int main(int argc, char** argv)
 
     std::unique_ptr<frmMainMDI> frame;
     const MainResult result = Main(args, hasDisplay, frame);
-    if (!result.runEventLoop)
+    if (!result.runEventLoop) {
+        // The program ends at once, as a batch run always has: no window is
+        // closed or even destroyed, so nothing of the run reaches the INI
+        // file and no time goes into taking down documents nobody will see.
+        // The process's work folder still goes with the static objects.
+        (void)frame.release();
         return result.exitStatus;
+    }
     return app.exec();
 }

@@ -65,6 +65,19 @@ void assignRange(clsVarBoolean& use, clsVarString& list, const QString& given)
     list = given;
 }
 
+// The report of -T, and its launch with -O when it was written.
+void writeReport(frmCompareFiles* frm)
+{
+    // The report names the two files as given, not the engine's work files.
+    frm->SetReportTitles(glClReportType);
+    if (!frm->CreateReport(gsClReportFile, glClReportType, glClReportStyle) || !gbClOpenReport)
+        return;
+    if (glClReportType == frmCompareFiles::kReportHTML)
+        launcher().OpenDocument(gsClReportFile);
+    else if (glClReportType == frmCompareFiles::kReportText || glClReportType == frmCompareFiles::kReportCSV)
+        launcher().OpenInTextViewer(gsClReportFile);
+}
+
 } // namespace
 
 bool CompareFilesFromCommandLine(frmMainMDI& frame)
@@ -98,22 +111,25 @@ bool CompareFilesFromCommandLine(frmMainMDI& frame)
 
     frm->ts->setCurrentIndex(0);
     setViewerWindowState(frm, Qt::WindowMaximized);
-    frm->RefreshDisplayCommandLine(glClReportStyle);
-    waitWhile([frm] { return frm->SkeinMacroDiff.CompareInProgress(); });
-    // A load that failed leaves the wait window up for the driver to close.
-    frm->PleaseWait->hide();
-    glExitStatus = frm->SkeinMacroDiff.DifferenceCount();
-
-    if (!gsClReportFile.isEmpty()) {
-        // The report names the two files as given, not the engine's work
-        // files.
-        frm->SetReportTitles(glClReportType);
-        if (frm->CreateReport(gsClReportFile, glClReportType, glClReportStyle) && gbClOpenReport) {
-            if (glClReportType == frmCompareFiles::kReportHTML)
-                launcher().OpenDocument(gsClReportFile);
-            else if (glClReportType == frmCompareFiles::kReportText || glClReportType == frmCompareFiles::kReportCSV)
-                launcher().OpenInTextViewer(gsClReportFile);
-        }
+    const bool report = !gsClReportFile.isEmpty();
+    if (gbClExitWhenDone) {
+        // A run that ends as soon as its report is written renders no view:
+        // nobody would see it, and for a large pair it is most of the time.
+        // The report compares the editors itself, so that compare counts.
+        const bool loaded = frm->CompareCommandLineForReport(!report);
+        if (loaded && report)
+            writeReport(frm);
+        if (loaded && frm->moFileOptions.bBeepWhenDone.Data())
+            QApplication::beep();
+        glExitStatus = frm->SkeinMacroDiff.DifferenceCount();
+    } else {
+        frm->RefreshDisplayCommandLine(glClReportStyle);
+        waitWhile([frm] { return frm->SkeinMacroDiff.CompareInProgress(); });
+        // A load that failed leaves the wait window up for the driver to close.
+        frm->PleaseWait->hide();
+        glExitStatus = frm->SkeinMacroDiff.DifferenceCount();
+        if (report)
+            writeReport(frm);
     }
     successfullyCompared();
     if (gbClExitWhenDone)

@@ -5,8 +5,13 @@
 
 #include "conversion/ConverterRoutines.h"
 #include "filecompare/viewer_fixture.h"
+#include "shell/core/Places.h"
 
+#include <QComboBox>
+#include <QDir>
+#include <QFileInfo>
 #include <QFontDatabase>
+#include <QTextCursor>
 #include <QPushButton>
 #include <QTextDocument>
 
@@ -128,12 +133,46 @@ TEST_F(DocumentTest, SheetListsAndFormulasComeFromTheOptions)
 TEST_F(DocumentTest, PlainTextIsShownInAFixedPitchFontAndRichTextKeepsItsOwn)
 {
     const QString fixed = QFontDatabase::systemFont(QFontDatabase::FixedFont).family();
+    auto shownFont = [](RichTextBox* box) { return box->view()->document()->defaultFont().family(); };
     compareData("book-original.xlsx", "book-modified.xlsx");
-    EXPECT_EQ(viewer->rtbOriginal->formatAt(0).fontName, fixed);
-    EXPECT_EQ(viewer->rtbModifiedDiffFinal->formatAt(0).fontName, fixed) << "the panes take the editors' look";
+    EXPECT_EQ(shownFont(viewer->rtbOriginal), fixed);
+    EXPECT_EQ(shownFont(viewer->rtbModifiedDiffFinal), fixed) << "the panes take the editors' look";
+    viewer->cmdChangeViewFormat_Click();
+    EXPECT_EQ(shownFont(viewer->rtbAIODiff), fixed);
+    viewer->cmdChangeViewFormat_Click();
     compareData("letter-original.docx", "letter-modified.docx");
-    EXPECT_NE(viewer->rtbOriginal->formatAt(0).fontName, fixed);
-    EXPECT_NE(viewer->rtbOriginal->document()->defaultFont().family(), fixed);
+    EXPECT_NE(shownFont(viewer->rtbOriginal), fixed);
+    EXPECT_NE(shownFont(viewer->rtbOriginalDiffFinal), fixed);
+}
+
+TEST_F(DocumentTest, AReloadBuildsBothEditorsAndTheyStillReportEdits)
+{
+    const QString a = textFile("a.txt", {"one", "two", "three"});
+    const QString b = textFile("b.txt", {"one", "2", "three"});
+    viewer->cbSelectOriginal->setEditText(a);
+    viewer->cbSelectModified->setEditText(b);
+    viewer->RefreshDisplay(true, true);
+    EXPECT_EQ(viewer->rtbOriginal->Text(), "one\ntwo\nthree");
+    EXPECT_EQ(viewer->rtbModified->Text(), "one\n2\nthree");
+    EXPECT_EQ(records(), QStringList({"c 2 2 2 2"}));
+    EXPECT_FALSE(viewer->mbOriginalDirty || viewer->mbModifiedDirty);
+    // The editors hold documents built elsewhere; typing still marks them.
+    QTextCursor c(viewer->rtbModified->document());
+    c.movePosition(QTextCursor::End);
+    c.insertText(" more");
+    EXPECT_TRUE(viewer->mbModifiedDirty);
+    EXPECT_FALSE(viewer->mbOriginalDirty);
+    EXPECT_EQ(viewer->PanelText(2), "Diff View not fresh");
+    EXPECT_TRUE(QDir(QFileInfo(tempRtfPath()).absolutePath()).entryList({"Temp.RTF.*"}, QDir::Files).isEmpty())
+        << "the staged copies are gone";
+
+    // A reload whose Original is missing keeps the Modified it loaded.
+    const QString c2 = textFile("c.txt", {"new modified"});
+    viewer->cbSelectModified->setEditText(c2);
+    viewer->cbSelectOriginal->setEditText(dir.qpath() + "/missing.txt");
+    viewer->RefreshDisplay(true, true);
+    EXPECT_EQ(viewer->rtbModified->Text(), "new modified");
+    EXPECT_EQ(viewer->rtbOriginal->Text(), "one\ntwo\nthree");
 }
 
 } // namespace
