@@ -146,23 +146,6 @@ TEST_F(NavigationTest, OneDifferenceLeavesOnlyTheFirstButtonAndNoneLeavesNothing
     EXPECT_TRUE(dialogs.boxes.isEmpty());
 }
 
-TEST_F(NavigationTest, SideBySideSelectsTheSameRecordInAllFourBoxes)
-{
-    compareFive();
-    viewer->mlCurrentDifference = 2;
-    viewer->ShowCurrentDifference(true);
-    // The editors without the last line end, the panes with it.
-    EXPECT_EQ(viewer->rtbOriginal->SelText(), "gone a\ngone b");
-    EXPECT_EQ(viewer->rtbOriginalDiffFinal->SelStart(), viewer->rtbOriginal->SelStart());
-    EXPECT_EQ(viewer->rtbOriginalDiffFinal->SelLength(), 1) << "one character unless the option asks for all";
-    viewer->moFileOptions.bSelectTextInDiffViewer = true;
-    viewer->ShowCurrentDifference(true);
-    EXPECT_EQ(viewer->rtbOriginalDiffFinal->SelText(), "gone a\ngone b\n");
-    // The Modified side has nothing of a deletion: its pane marks the
-    // paragraph beside which the lost lines stood.
-    EXPECT_EQ(viewer->rtbModifiedDiffFinal->SelText(), "keep 1\n");
-}
-
 TEST_F(NavigationTest, AllInOneSelectsAnAdditionAtTheTopFromTheStart)
 {
     viewer->cmdChangeViewFormat->setText(frmCompareFiles::kViewSideBySide);
@@ -214,22 +197,6 @@ TEST_F(NavigationTest, GoToWithoutDifferencesSaysSoThoughItsButtonIsOff)
     EXPECT_FALSE(asked);
 }
 
-TEST_F(NavigationTest, TheGoToDialogHidesOnOkAndFlagsCancel)
-{
-    frmCompareFilesGoTo d;
-    EXPECT_EQ(d.windowTitle(), "Go To Difference");
-    EXPECT_EQ(d.lblGoTo->text(), "Go To Difference Number");
-    EXPECT_EQ(d.cmdCancel->text(), "Cancel");
-    EXPECT_FALSE(d.bCancelled);
-    d.show();
-    d.cmdOK->click();
-    EXPECT_FALSE(d.isVisible());
-    EXPECT_FALSE(d.bCancelled);
-    d.show();
-    d.cmdCancel->click();
-    EXPECT_TRUE(d.bCancelled);
-}
-
 TEST_F(NavigationTest, NavigationKeysAreTheOnesTheTipsName)
 {
     auto key = [this](const char* name) { return viewer->findChild<QAction*>(name)->shortcut(); };
@@ -240,9 +207,6 @@ TEST_F(NavigationTest, NavigationKeysAreTheOnesTheTipsName)
     EXPECT_EQ(key("mnuShowDifferenceSelected"), QKeySequence(Qt::Key_F4));
     EXPECT_EQ(key("mnuToggleView"), QKeySequence(Qt::Key_F6));
     EXPECT_EQ(key("mnuReport"), QKeySequence(Qt::Key_F2));
-    EXPECT_EQ(viewer->tbShowDifferenceFirst->toolTip(), "Go to first difference (Ctrl+Shift+F7)");
-    EXPECT_EQ(viewer->tbShowDifferenceLast->toolTip(), "Go to last difference (CTRL+F7)");
-    EXPECT_EQ(viewer->tbShowDifferenceUnknown->toolTip(), "Go To Difference you choose (F4)");
 }
 
 TEST_F(NavigationTest, PanelOneShowsRowAndColumnOfTheActiveEditor)

@@ -229,14 +229,4 @@ TEST_F(BatchTest, TheFolderDriverRunsTheFolderViewerAndCountsItsFindings)
               "Successfully Compared " + dir.file("A") + " to " + dir.file("B") + "\n");
 }
 
-TEST_F(BatchTest, WithoutAFolderViewerAFolderRunSaysSoInsteadOfFindingNothing)
-{
-    QDir().mkpath(at("A"));
-    QDir().mkpath(at("B"));
-    ASSERT_TRUE(ParseCommandLine({"-D", "-M", at("A"), "-S", at("B"), "-L", at("run.log"), "-X", "-G"}));
-    EXPECT_FALSE(CompareFoldersFromCommandLine(*frame));
-    EXPECT_EQ(readFile(dir.file("run.log")), std::string(kNoFolderViewerMessage) + "\n");
-    EXPECT_TRUE(frame->LoadedForms().size() <= 1) << "no viewer was made for it";
-}
-
 } // namespace
