@@ -1,10 +1,11 @@
 #include "components/lexiform/DocxReader.h"
 
+#include "components/lexiform/FastXmlReader.h"
 #include "components/lexiform/FormatPatch.h"
+#include "components/lexiform/XmlChildren.h"
 #include "components/lexiform/ZipPackage.h"
 
 #include <QHash>
-#include "components/lexiform/FastXmlReader.h"
 #include <map>
 
 namespace lexiform {
@@ -43,16 +44,8 @@ RunProperties readRunProperties(FastXmlReader& xml)
 {
     RunProperties rp;
     std::optional<std::optional<Rgb>> shading, highlight;
-    int depth = 1;
-    while (depth > 0 && !xml.atEnd()) {
-        auto t = xml.readNext();
-        if (t == FastXmlReader::EndElement) {
-            --depth;
-            continue;
-        }
-        if (t != FastXmlReader::StartElement)
-            continue;
-        ++depth;
+    for (XmlChildren children(xml); children.next();) {
+        children.enter();
         if (xml.isName("b"))
             rp.patch.bold = toggle(xml);
         else if (xml.isName("i"))
@@ -181,15 +174,7 @@ public:
     // paragraphs, tables, content controls, text boxes.
     void readBlocks(FastXmlReader& xml, std::vector<Paragraph>& out)
     {
-        int depth = 1;
-        while (depth > 0 && !xml.atEnd()) {
-            auto t = xml.readNext();
-            if (t == FastXmlReader::EndElement) {
-                --depth;
-                continue;
-            }
-            if (t != FastXmlReader::StartElement)
-                continue;
+        for (XmlChildren children(xml); children.next();) {
             if (xml.isName("p")) {
                 readParagraph(xml, out);
             } else if (xml.isName("tbl")) {
@@ -198,7 +183,7 @@ public:
                        || xml.isName("moveFrom")) {
                 xml.skipCurrentElement();
             } else {
-                ++depth;  // sdt, sdtContent, customXml, ins: look inside
+                children.enter();  // sdt, sdtContent, customXml, ins: look inside
             }
         }
     }
@@ -276,15 +261,7 @@ private:
 
     void readParagraphProperties(FastXmlReader& xml, FormatPatch& paragraphPatch)
     {
-        int depth = 1;
-        while (depth > 0 && !xml.atEnd()) {
-            auto t = xml.readNext();
-            if (t == FastXmlReader::EndElement) {
-                --depth;
-                continue;
-            }
-            if (t != FastXmlReader::StartElement)
-                continue;
+        for (XmlChildren children(xml); children.next();) {
             if (xml.isName("pStyle")) {
                 paragraphPatch = styles_.resolve(xml.attribute("val"));
                 paragraphPatch.over(styles_.defaults());
@@ -296,21 +273,13 @@ private:
 
     void readTable(FastXmlReader& xml, std::vector<Paragraph>& out)
     {
-        int depth = 1;
-        while (depth > 0 && !xml.atEnd()) {
-            auto t = xml.readNext();
-            if (t == FastXmlReader::EndElement) {
-                --depth;
-                continue;
-            }
-            if (t != FastXmlReader::StartElement)
-                continue;
+        for (XmlChildren children(xml); children.next();) {
             if (xml.isName("tr")) {
                 out.push_back(readRow(xml));
             } else if (xml.isName("tblPr") || xml.isName("tblGrid")) {
                 xml.skipCurrentElement();
             } else {
-                ++depth;
+                children.enter();
             }
         }
     }
@@ -319,34 +288,15 @@ private:
     {
         Paragraph row;
         int cells = 0;
-        int depth = 1;
-        while (depth > 0 && !xml.atEnd()) {
-            auto t = xml.readNext();
-            if (t == FastXmlReader::EndElement) {
-                --depth;
-                continue;
-            }
-            if (t != FastXmlReader::StartElement)
-                continue;
+        for (XmlChildren children(xml); children.next();) {
             if (xml.isName("tc")) {
                 std::vector<Paragraph> content;
                 readBlocks(xml, content);
-                if (cells++)
-                    appendText(row, QStringLiteral("\t"), CharFormat());
-                bool first = true;
-                for (Paragraph& p : content) {
-                    if (p.runs.empty())
-                        continue;
-                    if (!first)
-                        appendText(row, QStringLiteral(" "), CharFormat());
-                    first = false;
-                    for (Run& r : p.runs)
-                        appendText(row, r.text, r.format);
-                }
+                appendTableCell(row, cells++ == 0, content);
             } else if (xml.isName("trPr") || xml.isName("tblPrEx")) {
                 xml.skipCurrentElement();
             } else {
-                ++depth;
+                children.enter();
             }
         }
         return row;
@@ -383,21 +333,6 @@ std::map<QString, std::vector<Paragraph>> readNotes(const ZipPackage& zip, const
     return notes;
 }
 
-QString mainDocumentPath(const ZipPackage& zip)
-{
-    auto member = zip.openMember(QStringLiteral("_rels/.rels"));
-    if (member) {
-        FastXmlReader xml(member.get());
-        while (!xml.atEnd()) {
-            if (xml.readNext() == FastXmlReader::StartElement && xml.isName("Relationship")) {
-                if (xml.attribute("Type").endsWith(QLatin1String("/officeDocument")))
-                    return resolvePartPath(QString(), xml.attribute("Target"));
-            }
-        }
-    }
-    return QStringLiteral("word/document.xml");
-}
-
 } // namespace
 
 int readDocx(const QString& path, const ReadLimits& limits, Document& out)
@@ -406,8 +341,8 @@ int readDocx(const QString& path, const ReadLimits& limits, Document& out)
     ZipPackage zip(limits);
     if (!zip.open(path))
         return SourceInvalid;
-    const QString docPath = mainDocumentPath(zip);
-    const QString folder = docPath.contains(QLatin1Char('/')) ? docPath.section(QLatin1Char('/'), 0, -2) : QString();
+    const QString docPath = officeDocumentPath(zip, QStringLiteral("word/document.xml"));
+    const QString folder = partFolder(docPath);
     const QString prefix = folder.isEmpty() ? QString() : folder + QLatin1Char('/');
     auto member = zip.openMember(docPath);
     if (!member)

@@ -32,4 +32,20 @@ void appendText(Paragraph& p, const QString& text, const CharFormat& format)
         p.runs.push_back({text, format});
 }
 
+void appendTableCell(Paragraph& row, bool firstCell, const std::vector<Paragraph>& content)
+{
+    if (!firstCell)
+        appendText(row, QStringLiteral("\t"), CharFormat());
+    bool first = true;
+    for (const Paragraph& p : content) {
+        if (p.runs.empty())
+            continue;
+        if (!first)
+            appendText(row, QStringLiteral(" "), CharFormat());
+        first = false;
+        for (const Run& r : p.runs)
+            appendText(row, r.text, r.format);
+    }
+}
+
 } // namespace lexiform

@@ -66,4 +66,8 @@ std::optional<Rgb> parseHexColor(QStringView text);
 // is the same.
 void appendText(Paragraph& p, const QString& text, const CharFormat& format);
 
+// Appends one table cell to the paragraph that stands for its row: cells
+// apart by a tab, the cell's non-empty paragraphs apart by a blank.
+void appendTableCell(Paragraph& row, bool firstCell, const std::vector<Paragraph>& content);
+
 } // namespace lexiform

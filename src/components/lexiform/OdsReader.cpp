@@ -1,9 +1,9 @@
 #include "components/lexiform/OdsReader.h"
 
-#include "components/lexiform/NumberFormat.h"
-#include "components/lexiform/ZipPackage.h"
-
 #include "components/lexiform/FastXmlReader.h"
+#include "components/lexiform/NumberFormat.h"
+#include "components/lexiform/XmlChildren.h"
+#include "components/lexiform/ZipPackage.h"
 
 namespace lexiform {
 
@@ -108,26 +108,15 @@ public:
     {
         SheetBuilder builder(request_.limits.maxCells);
         long long row = 0;
-        int depth = 1;
-        while (depth > 0 && !xml.atEnd()) {
-            auto t = xml.readNext();
-            if (t == FastXmlReader::EndElement) {
-                --depth;
-                continue;
-            }
-            if (t != FastXmlReader::StartElement)
-                continue;
-            ++depth;
+        for (XmlChildren children(xml); children.next();) {
             if (xml.isName("table-row")) {
                 long long repeat = std::max(1LL, xml.attribute("number-rows-repeated").toLongLong());
                 if (!keep) {
                     xml.skipCurrentElement();
-                    --depth;
                     continue;
                 }
                 QStringList cells;
                 bool any = readRow(xml, cells);
-                --depth;
                 if (!any) {
                     // Blank rows, often repeated a million times to the sheet's
                     // end, are only counted; they exist in the output only if a
@@ -142,7 +131,8 @@ public:
             } else if (xml.isName("table") || xml.isName("shapes") || xml.isName("named-expressions")
                        || xml.isName("forms")) {
                 xml.skipCurrentElement();  // sub-tables and drawings are not cells
-                --depth;
+            } else {
+                children.enter();
             }
         }
         if (builder.overLimit())

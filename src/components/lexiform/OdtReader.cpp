@@ -1,6 +1,7 @@
 #include "components/lexiform/OdtReader.h"
 
 #include "components/lexiform/FormatPatch.h"
+#include "components/lexiform/XmlChildren.h"
 #include "components/lexiform/ZipPackage.h"
 
 #include <QXmlStreamReader>
@@ -101,6 +102,21 @@ public:
 
     FormatPatch resolve(const QString& family, const QString& name) const
     {
+        FormatPatch result = chain(family, name);
+        if (auto it = styles_.find(family + QLatin1Char(':')); it != styles_.end())
+            result.over(it->second.patch);
+        result.fontName.reset();  // fonts of whole styles are layout, not emphasis
+        result.fontSize.reset();
+        return result;
+    }
+
+    FormatPatch resolveText(const QString& name) const { return chain(QStringLiteral("text"), name); }
+
+private:
+    // A style and its parents, the nearest first; a loop in a broken file
+    // ends after 32 steps.
+    FormatPatch chain(const QString& family, const QString& name) const
+    {
         FormatPatch result;
         QString cur = name;
         for (int guard = 0; !cur.isEmpty() && guard < 32; ++guard) {
@@ -110,28 +126,9 @@ public:
             result.over(it->second.patch);
             cur = it->second.parent;
         }
-        if (auto it = styles_.find(family + QLatin1Char(':')); it != styles_.end())
-            result.over(it->second.patch);
-        result.fontName.reset();  // fonts of whole styles are layout, not emphasis
-        result.fontSize.reset();
         return result;
     }
 
-    FormatPatch resolveText(const QString& name) const
-    {
-        FormatPatch result;
-        QString cur = name;
-        for (int guard = 0; !cur.isEmpty() && guard < 32; ++guard) {
-            auto it = styles_.find(QStringLiteral("text:") + cur);
-            if (it == styles_.end())
-                break;
-            result.over(it->second.patch);
-            cur = it->second.parent;
-        }
-        return result;
-    }
-
-private:
     std::map<QString, OdfStyle> styles_;
 };
 
@@ -144,15 +141,7 @@ public:
     // Block content up to the end of the element the reader stands in.
     void readBlocks(QXmlStreamReader& xml, std::vector<Paragraph>& out)
     {
-        int depth = 1;
-        while (depth > 0 && !xml.atEnd()) {
-            auto t = xml.readNext();
-            if (t == QXmlStreamReader::EndElement) {
-                --depth;
-                continue;
-            }
-            if (t != QXmlStreamReader::StartElement)
-                continue;
+        for (XmlChildren children(xml); children.next();) {
             const QStringView n = xml.name();
             if (n == QLatin1String("p") || n == QLatin1String("h")) {
                 readParagraph(xml, out);
@@ -161,7 +150,7 @@ public:
             } else if (isSkipped(n)) {
                 xml.skipCurrentElement();
             } else {
-                ++depth;  // list, list-item, section, index body...: look inside
+                children.enter();  // list, list-item, section, index body...: look inside
             }
         }
     }
@@ -270,15 +259,7 @@ private:
 
     void readNote(QXmlStreamReader& xml)
     {
-        int depth = 1;
-        while (depth > 0 && !xml.atEnd()) {
-            auto t = xml.readNext();
-            if (t == QXmlStreamReader::EndElement) {
-                --depth;
-                continue;
-            }
-            if (t != QXmlStreamReader::StartElement)
-                continue;
+        for (XmlChildren children(xml); children.next();) {
             if (xml.name() == QLatin1String("note-body"))
                 readBlocks(xml, notes);
             else
@@ -288,22 +269,14 @@ private:
 
     void readTable(QXmlStreamReader& xml, std::vector<Paragraph>& out)
     {
-        int depth = 1;
-        while (depth > 0 && !xml.atEnd()) {
-            auto t = xml.readNext();
-            if (t == QXmlStreamReader::EndElement) {
-                --depth;
-                continue;
-            }
-            if (t != QXmlStreamReader::StartElement)
-                continue;
+        for (XmlChildren children(xml); children.next();) {
             const QStringView n = xml.name();
             if (n == QLatin1String("table-row")) {
                 out.push_back(readRow(xml));
             } else if (isSkipped(n)) {
                 xml.skipCurrentElement();
             } else {
-                ++depth;  // header rows, row groups
+                children.enter();  // header rows, row groups
             }
         }
     }
@@ -312,31 +285,12 @@ private:
     {
         Paragraph row;
         int cells = 0;
-        int depth = 1;
-        while (depth > 0 && !xml.atEnd()) {
-            auto t = xml.readNext();
-            if (t == QXmlStreamReader::EndElement) {
-                --depth;
-                continue;
-            }
-            if (t != QXmlStreamReader::StartElement)
-                continue;
+        for (XmlChildren children(xml); children.next();) {
             const QStringView n = xml.name();
             if (n == QLatin1String("table-cell")) {
                 std::vector<Paragraph> content;
                 readBlocks(xml, content);
-                if (cells++)
-                    appendText(row, QStringLiteral("\t"), CharFormat());
-                bool first = true;
-                for (Paragraph& p : content) {
-                    if (p.runs.empty())
-                        continue;
-                    if (!first)
-                        appendText(row, QStringLiteral(" "), CharFormat());
-                    first = false;
-                    for (Run& r : p.runs)
-                        appendText(row, r.text, r.format);
-                }
+                appendTableCell(row, cells++ == 0, content);
             } else {
                 xml.skipCurrentElement();  // covered cells add nothing
             }

@@ -2,6 +2,7 @@
 
 #include "components/lexiform/FastXmlReader.h"
 #include "components/lexiform/NumberFormat.h"
+#include "components/lexiform/XmlChildren.h"
 #include "components/lexiform/ZipPackage.h"
 
 #include <QHash>
@@ -11,36 +12,6 @@
 namespace lexiform {
 
 namespace {
-
-struct Relationship {
-    QString type;
-    QString target;
-};
-
-QHash<QString, Relationship> readRelationships(const ZipPackage& zip, const QString& relsPath, const QString& base)
-{
-    QHash<QString, Relationship> rels;
-    auto member = zip.openMember(relsPath);
-    if (!member)
-        return rels;
-    QXmlStreamReader xml(member.get());
-    while (!xml.atEnd()) {
-        if (xml.readNext() == QXmlStreamReader::StartElement && xml.name() == QLatin1String("Relationship")) {
-            const auto a = xml.attributes();
-            QString target = a.value(QLatin1String("Target")).toString();
-            if (a.value(QLatin1String("TargetMode")) != QLatin1String("External"))
-                target = resolvePartPath(base, target);
-            rels.insert(a.value(QLatin1String("Id")).toString(), {a.value(QLatin1String("Type")).toString(), target});
-        }
-    }
-    return rels;
-}
-
-QString folderOf(const QString& part)
-{
-    qsizetype slash = part.lastIndexOf(QLatin1Char('/'));
-    return slash < 0 ? QString() : part.left(slash);
-}
 
 // Text of an <si> or <is> element: its <t> elements, leaving out phonetic runs.
 QString readStringItem(FastXmlReader& xml)
@@ -179,15 +150,7 @@ private:
         const int style = xml.attribute("s").toInt();
         QString value, formula, inlineText;
         bool hasFormula = false;
-        int depth = 1;
-        while (depth > 0 && !xml.atEnd()) {
-            auto t = xml.readNext();
-            if (t == FastXmlReader::EndElement) {
-                --depth;
-                continue;
-            }
-            if (t != FastXmlReader::StartElement)
-                continue;
+        for (XmlChildren children(xml); children.next();) {
             if (xml.isName("v")) {
                 value = xml.readElementText();
             } else if (xml.isName("f")) {
@@ -205,7 +168,7 @@ private:
             } else if (xml.isName("is")) {
                 inlineText = readStringItem(xml);
             } else {
-                ++depth;
+                children.enter();
             }
         }
         QString shown;
@@ -340,10 +303,7 @@ int readXlsx(const QString& path, const SheetRequest& request, WorkbookContent& 
     if (!zip.open(path))
         return SourceInvalid;
 
-    QString workbookPath = QStringLiteral("xl/workbook.xml");
-    for (const auto& rel : readRelationships(zip, QStringLiteral("_rels/.rels"), QString()))
-        if (rel.type.endsWith(QLatin1String("/officeDocument")))
-            workbookPath = rel.target;
+    const QString workbookPath = officeDocumentPath(zip, QStringLiteral("xl/workbook.xml"));
     if (!zip.contains(workbookPath))
         return SourceInvalid;
 
@@ -379,12 +339,13 @@ int readXlsx(const QString& path, const SheetRequest& request, WorkbookContent& 
         if (xml.hasError() || member->overLimit() || !sawWorkbook)
             return SourceInvalid;  // a word processor file renamed, or no workbook at all
     }
-    const QString base = folderOf(workbookPath);
+    const QString base = partFolder(workbookPath);
     const QString relsPath = (base.isEmpty() ? QString() : base + QLatin1Char('/')) + QStringLiteral("_rels/")
                              + workbookPath.mid(base.isEmpty() ? 0 : base.size() + 1) + QStringLiteral(".rels");
-    const auto rels = readRelationships(zip, relsPath, base);
+    QHash<QString, QString> targets;  // by relationship id
     QString stylesPath, stringsPath;
-    for (const auto& rel : rels) {
+    for (const Relationship& rel : readRelationships(zip, relsPath, base)) {
+        targets.insert(rel.id, rel.target);
         if (rel.type.endsWith(QLatin1String("/styles")))
             stylesPath = rel.target;
         else if (rel.type.endsWith(QLatin1String("/sharedStrings")))
@@ -407,7 +368,7 @@ int readXlsx(const QString& path, const SheetRequest& request, WorkbookContent& 
 
     for (long long number : wanted) {
         const SheetRef& ref = sheetRefs[std::size_t(number - 1)];
-        QString sheetPath = rels.value(ref.relId).target;
+        QString sheetPath = targets.value(ref.relId);
         if (sheetPath.isEmpty())
             sheetPath = base + QStringLiteral("/worksheets/sheet%1.xml").arg(number);
         SheetTable table;

@@ -2,6 +2,7 @@
 
 #include <QFile>
 #include <QStringList>
+#include <QXmlStreamReader>
 #include <zip.h>
 
 namespace lexiform {
@@ -108,6 +109,39 @@ QString resolvePartPath(const QString& baseFolder, const QString& target)
             parts.append(p);
     }
     return parts.join(QLatin1Char('/'));
+}
+
+QString partFolder(const QString& part)
+{
+    const qsizetype slash = part.lastIndexOf(QLatin1Char('/'));
+    return slash < 0 ? QString() : part.left(slash);
+}
+
+std::vector<Relationship> readRelationships(const ZipPackage& zip, const QString& relsPath, const QString& baseFolder)
+{
+    std::vector<Relationship> rels;
+    auto member = zip.openMember(relsPath);
+    if (!member)
+        return rels;
+    QXmlStreamReader xml(member.get());
+    while (!xml.atEnd()) {
+        if (xml.readNext() == QXmlStreamReader::StartElement && xml.name() == QLatin1String("Relationship")) {
+            const auto a = xml.attributes();
+            QString target = a.value(QLatin1String("Target")).toString();
+            if (a.value(QLatin1String("TargetMode")) != QLatin1String("External"))
+                target = resolvePartPath(baseFolder, target);
+            rels.push_back({a.value(QLatin1String("Id")).toString(), a.value(QLatin1String("Type")).toString(), target});
+        }
+    }
+    return rels;
+}
+
+QString officeDocumentPath(const ZipPackage& zip, const QString& fallback)
+{
+    for (const Relationship& rel : readRelationships(zip, QStringLiteral("_rels/.rels"), QString()))
+        if (rel.type.endsWith(QLatin1String("/officeDocument")))
+            return rel.target;
+    return fallback;
 }
 
 } // namespace lexiform

@@ -8,6 +8,7 @@
 #include <QIODevice>
 #include <QString>
 #include <memory>
+#include <vector>
 
 struct zip;
 struct zip_file;
@@ -68,5 +69,22 @@ private:
 // Resolves a relationship target ("worksheets/sheet1.xml", "/xl/a.xml",
 // "../media/x") against the folder of the part that names it.
 QString resolvePartPath(const QString& baseFolder, const QString& target);
+
+// The folder of a part: "xl" for "xl/workbook.xml", empty at the top.
+QString partFolder(const QString& part);
+
+struct Relationship {
+    QString id;
+    QString type;
+    QString target;  // resolved against the folder given, unless external
+};
+
+// The relationships listed in a ".rels" member, in the order they stand;
+// none when the member is missing.
+std::vector<Relationship> readRelationships(const ZipPackage& zip, const QString& relsPath, const QString& baseFolder);
+
+// The main part of an OOXML package, as its "_rels/.rels" names it;
+// `fallback` when it names none.
+QString officeDocumentPath(const ZipPackage& zip, const QString& fallback);
 
 } // namespace lexiform
