@@ -12,9 +12,7 @@
 #include "filecompare/frmCompareFiles.h"
 
 using filecompare::DiffFormat;
-using filecompare::DoEvents;
 using filecompare::Sleep;
-using filecompare::StepPercent;
 
 namespace {
 
@@ -42,34 +40,16 @@ void insertFormattedText(RichTextBox* rtb, qint32 lWord, const QString& sText, c
     rtb->setSelText(sText);
     rtb->setSelStart(lLast - 1);
     rtb->setSelLength(qint32(sText.size()));
-    rtb->setSelColor(f.color);
-    rtb->setSelBold(f.bold);
-    rtb->setSelUnderline(f.underline);
-    rtb->setSelStrikeThru(f.strikeout);
-    rtb->setSelItalic(f.italic);
-    ClsAPIHighlight highlight;
-    highlight.AssignControls(rtb);
-    highlight.APIHighlightHard(f.backColor);
-    rtb->setSelLength(0);
+    filecompare::FormatSelection(rtb, f);
 }
 
 } // namespace
 
 void frmCompareFiles::UpdateChangesToRTFFileAIO()
 {
-    const int n = SkeinMacroDiff.DifferenceCount();
-    if (n == 0)
-        return;
     const RichText lineBreak = RichText::fromPlainText(QStringLiteral("\n"));
-    for (int i = n - 1; i >= 0; --i) {
-        DoEvents();
-        if (mbAbort)
-            return;
-        SetPanelText(3, QStringLiteral("Document: ") + filecompare::FormatPercent(StepPercent(i, n))
-                            + QStringLiteral("% Done."));
-        int kind = 0, lf = 0, ll = 0, rf = 0, rl = 0;
-        if (!SkeinMacroDiff.GetDifference(i, kind, lf, ll, rf, rl))
-            return;
+    WalkRecordsFromLast(SkeinMacroDiff, 3, QStringLiteral("Document: "), QStringLiteral("% Done."),
+                        [&](int, int kind, int lf, int ll, int rf, int rl) {
         if (kind == filecompare::kKindAddition) {
             ++mlAdditionCount;
             docModified.SelectParagraphs(rf, rl, false);
@@ -108,7 +88,7 @@ void frmCompareFiles::UpdateChangesToRTFFileAIO()
             rtbChanges->setSelRTF(rtbAIODiffTemp->TextRTF() + lineBreak);
         }
         Sleep(0);
-    }
+    });
 }
 
 void frmCompareFiles::ColorizeParagraphsInRTB_AIO(qint32 lLeftFirst, qint32 lLeftLast, qint32 lRightFirst,
@@ -142,30 +122,18 @@ void frmCompareFiles::ColorizeParagraphsInRTB_AIO(qint32 lLeftFirst, qint32 lLef
 
 void frmCompareFiles::UpdateChangesToParagraphsRTF_AIO()
 {
-    const int n = SkeinMiniDiff.DifferenceCount();
-    for (int i = n - 1; i >= 0; --i) {
-        DoEvents();
-        if (mbAbort)
-            break;
-        SetPanelText(2, QStringLiteral("Section: ") + filecompare::FormatPercent(StepPercent(i, n))
-                            + QStringLiteral("% Done"));
-        int kind = 0, lf = 0, ll = 0, rf = 0, rl = 0;
-        if (!SkeinMiniDiff.GetDifference(i, kind, lf, ll, rf, rl))
-            break;
+    WalkRecordsFromLast(SkeinMiniDiff, 2, QStringLiteral("Section: "), QStringLiteral("% Done"),
+                        [&](int, int kind, int lf, int ll, int rf, int rl) {
         if (kind == filecompare::kKindAddition) {
             const QString text = wordRangeText(rtbModifiedDiffTemp, rf, rl);
             insertFormattedText(rtbAIODiffTemp, lf, text, filecompare::AdditionFormat(moFileOptions));
         } else if (kind == filecompare::kKindDeletion) {
-            const DiffFormat f = filecompare::DeletionFormat(moFileOptions);
-            FormatWordRange(rtbAIODiffTemp, lf, ll, f.color, f.backColor, f.bold, f.underline, f.strikeout,
-                            f.italic);
+            FormatWordRange(rtbAIODiffTemp, lf, ll, filecompare::DeletionFormat(moFileOptions));
         } else if (kind == filecompare::kKindChange) {
-            const DiffFormat o = filecompare::ChangeFormatOriginal(moFileOptions);
-            FormatWordRange(rtbAIODiffTemp, lf, ll, o.color, o.backColor, o.bold, o.underline, o.strikeout,
-                            o.italic);
+            FormatWordRange(rtbAIODiffTemp, lf, ll, filecompare::ChangeFormatOriginal(moFileOptions));
             const QString text = wordRangeText(rtbModifiedDiffTemp, rf, rl);
             insertFormattedText(rtbAIODiffTemp, ll, text, filecompare::ChangeFormatModified(moFileOptions));
         }
-    }
+    });
     SetPanelText(2, QString());
 }

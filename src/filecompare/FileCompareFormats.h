@@ -6,6 +6,8 @@
 
 #include <cstdint>
 
+class RichTextBox;
+
 namespace filecompare {
 
 struct DiffFormat {
@@ -42,6 +44,9 @@ inline DiffFormat ChangeFormatModified(const clsCompareFileOptions& o)
             o.bViewChangeBoldModified.Data(),      o.bViewChangeUnderlineModified.Data(),
             o.bViewChangeStrikeoutModified.Data(), o.bViewChangeItalicModified.Data()};
 }
+
+// Gives the selection of a box the format, then empties the selection.
+void FormatSelection(RichTextBox* rtb, const DiffFormat& f);
 
 // Kinds of difference records, as character codes.
 inline constexpr int kKindAddition = 'a';

@@ -138,33 +138,27 @@ private:
 
 bool frmCompareFiles::LoadOriginalFile(const QString& sFile)
 {
-    if (!FileExistsOnDisk(sFile)) {
-        MsgBox(this, QStringLiteral("File does not exist:\n\n") + sFile, MsgButtons::OK, MsgIcon::Information,
-               QStringLiteral("Error"));
-        return false;
-    }
-    moFileOptions.sFileOriginal = sFile;
-    mruOriginal.AddUniqueItemToCollection(sFile);
-    if (!LoadFileIntoEditor(sFile, kOriginal))
-        return false;
-    FillComboFromMRU(cbSelectOriginal, mruOriginal);
-    RefreshButtonStates();
-    UpdateWindowCaption();
-    return true;
+    return loadSideFile(sFile, kOriginal, moFileOptions.sFileOriginal, mruOriginal, cbSelectOriginal);
 }
 
 bool frmCompareFiles::LoadModifiedFile(const QString& sFile)
+{
+    return loadSideFile(sFile, kModified, moFileOptions.sFileModified, mruModified, cbSelectModified);
+}
+
+bool frmCompareFiles::loadSideFile(const QString& sFile, qint32 lEditor, clsVarString& lastFile, clsMRU& mru,
+                                   QComboBox* combo)
 {
     if (!FileExistsOnDisk(sFile)) {
         MsgBox(this, QStringLiteral("File does not exist:\n\n") + sFile, MsgButtons::OK, MsgIcon::Information,
                QStringLiteral("Error"));
         return false;
     }
-    moFileOptions.sFileModified = sFile;
-    mruModified.AddUniqueItemToCollection(sFile);
-    if (!LoadFileIntoEditor(sFile, kModified))
+    lastFile = sFile;
+    mru.AddUniqueItemToCollection(sFile);
+    if (!LoadFileIntoEditor(sFile, lEditor))
         return false;
-    FillComboFromMRU(cbSelectModified, mruModified);
+    FillComboFromMRU(combo, mru);
     RefreshButtonStates();
     UpdateWindowCaption();
     return true;

@@ -49,21 +49,30 @@ QString paragraphText(clsRTBDocument& doc, RichTextBox* box, qint32 paragraph)
 
 } // namespace
 
-void frmCompareFiles::UpdateNavigationalDropDownListBox()
+bool frmCompareFiles::WalkRecordsFromLast(const Skeinmatch& engine, int panel, const QString& caption,
+                                          const QString& tail, const RecordStep& step)
 {
-    QStringList rows;
-    const int n = SkeinMacroDiff.DifferenceCount();
-    const QChar q(u'"');
+    const int n = engine.DifferenceCount();
     for (int i = n - 1; i >= 0; --i) {
         DoEvents();
         if (mbAbort)
-            break;
-        SetPanelText(3, QStringLiteral("Updating List Box: ")
-                            + filecompare::FormatPercent(filecompare::StepPercent(i, n))
-                            + QStringLiteral("% Done. Click here to Abort."));
+            return false;
+        SetPanelText(panel, caption + filecompare::FormatPercent(filecompare::StepPercent(i, n)) + tail);
         int kind = 0, lf = 0, ll = 0, rf = 0, rl = 0;
-        if (!SkeinMacroDiff.GetDifference(i, kind, lf, ll, rf, rl))
-            break;
+        if (!engine.GetDifference(i, kind, lf, ll, rf, rl))
+            return false;
+        step(i, kind, lf, ll, rf, rl);
+    }
+    return true;
+}
+
+void frmCompareFiles::UpdateNavigationalDropDownListBox()
+{
+    QStringList rows;
+    const QChar q(u'"');
+    WalkRecordsFromLast(SkeinMacroDiff, 3, QStringLiteral("Updating List Box: "),
+                        QStringLiteral("% Done. Click here to Abort."),
+                        [&](int i, int kind, int lf, int ll, int rf, int rl) {
         const QString number = QStringLiteral("[") + QString::number(i + 1) + QStringLiteral("] ");
         if (kind == filecompare::kKindAddition) {
             const int k = rl + 1 - rf;
@@ -84,7 +93,7 @@ void frmCompareFiles::UpdateNavigationalDropDownListBox()
                         + (k == 1 ? QStringLiteral(" change at paragraph (") : QStringLiteral(" changes at paragraph ("))
                         + QString::number(lf) + QStringLiteral(") :") + q + x + q;
         }
-    }
+    });
     mbFillingChangeList = true;
     cmboChangeListing->clear();
     for (qsizetype r = rows.size() - 1; r >= 0; --r)

@@ -14,9 +14,7 @@
 #include <vector>
 
 using filecompare::DiffFormat;
-using filecompare::DoEvents;
 using filecompare::Sleep;
-using filecompare::StepPercent;
 
 namespace {
 
@@ -68,18 +66,8 @@ void replaceSection(RichTextBox* work, const clsRTBDocument& reference, qint32 f
 
 void frmCompareFiles::UpdateChangesToRTFFile_SBS()
 {
-    const int n = SkeinMacroDiff.DifferenceCount();
-    if (n == 0)
-        return;
-    for (int i = n - 1; i >= 0; --i) {
-        DoEvents();
-        if (mbAbort)
-            return;
-        SetPanelText(3, QStringLiteral("Document ") + filecompare::FormatPercent(StepPercent(i, n))
-                            + QStringLiteral("% Done. Click here to Abort."));
-        int kind = 0, lf = 0, ll = 0, rf = 0, rl = 0;
-        if (!SkeinMacroDiff.GetDifference(i, kind, lf, ll, rf, rl))
-            return;
+    WalkRecordsFromLast(SkeinMacroDiff, 3, QStringLiteral("Document "), QStringLiteral("% Done. Click here to Abort."),
+                        [&](int, int kind, int lf, int ll, int rf, int rl) {
         if (kind == filecompare::kKindChange) {
             ++mlChangeCount;
             ColorizeParagraphsInRTB_SBS(lf, ll, rf, rl);
@@ -108,7 +96,7 @@ void frmCompareFiles::UpdateChangesToRTFFile_SBS()
             rtbAdditions->setSelRTF(rtbModifiedDiff->SelRTF());
         }
         Sleep(0);
-    }
+    });
 }
 
 void frmCompareFiles::ColorizeParagraphsInRTB_SBS(qint32 lLeftFirst, qint32 lLeftLast, qint32 lRightFirst,
@@ -128,34 +116,18 @@ void frmCompareFiles::ColorizeParagraphsInRTB_SBS(qint32 lLeftFirst, qint32 lLef
 
 void frmCompareFiles::UpdateChangesToParagraphsRTF_SBS()
 {
-    const int n = SkeinMiniDiff.DifferenceCount();
-    for (int i = n - 1; i >= 0; --i) {
-        DoEvents();
-        if (mbAbort)
-            break;
-        SetPanelText(2, QStringLiteral("Section: ") + filecompare::FormatPercent(StepPercent(i, n))
-                            + QStringLiteral("% Done"));
-        int kind = 0, lf = 0, ll = 0, rf = 0, rl = 0;
-        if (!SkeinMiniDiff.GetDifference(i, kind, lf, ll, rf, rl))
-            break;
+    WalkRecordsFromLast(SkeinMiniDiff, 2, QStringLiteral("Section: "), QStringLiteral("% Done"),
+                        [&](int, int kind, int lf, int ll, int rf, int rl) {
         if (kind == filecompare::kKindAddition) {
-            const DiffFormat f = filecompare::AdditionFormat(moFileOptions);
-            FormatWordRange(rtbModifiedDiffTemp, rf, rl, f.color, f.backColor, f.bold, f.underline, f.strikeout,
-                            f.italic);
+            FormatWordRange(rtbModifiedDiffTemp, rf, rl, filecompare::AdditionFormat(moFileOptions));
         } else if (kind == filecompare::kKindDeletion) {
-            const DiffFormat f = filecompare::DeletionFormat(moFileOptions);
-            FormatWordRange(rtbOriginalDiffTemp, lf, ll, f.color, f.backColor, f.bold, f.underline, f.strikeout,
-                            f.italic);
+            FormatWordRange(rtbOriginalDiffTemp, lf, ll, filecompare::DeletionFormat(moFileOptions));
         } else if (kind == filecompare::kKindChange) {
-            const DiffFormat m = filecompare::ChangeFormatModified(moFileOptions);
-            FormatWordRange(rtbModifiedDiffTemp, rf, rl, m.color, m.backColor, m.bold, m.underline, m.strikeout,
-                            m.italic);
-            const DiffFormat o = filecompare::ChangeFormatOriginal(moFileOptions);
-            FormatWordRange(rtbOriginalDiffTemp, lf, ll, o.color, o.backColor, o.bold, o.underline, o.strikeout,
-                            o.italic);
+            FormatWordRange(rtbModifiedDiffTemp, rf, rl, filecompare::ChangeFormatModified(moFileOptions));
+            FormatWordRange(rtbOriginalDiffTemp, lf, ll, filecompare::ChangeFormatOriginal(moFileOptions));
         }
         Sleep(0);
-    }
+    });
     SetPanelText(2, QString());
 }
 
@@ -236,13 +208,18 @@ void frmCompareFiles::FormatWordRange(RichTextBox* rtb, qint32 lFromWord, qint32
         lFirst = 1;
     rtb->setSelStart(lFirst - 1);
     rtb->setSelLength(qMax(0, lLast - lFirst + 1));
-    rtb->setSelColor(lColor);
-    rtb->setSelBold(bBold);
-    rtb->setSelUnderline(bUnderline);
-    rtb->setSelStrikeThru(bStrikeout);
-    rtb->setSelItalic(bItalic);
+    filecompare::FormatSelection(rtb, {lColor, lBackColor, bBold, bUnderline, bStrikeout, bItalic});
+}
+
+void filecompare::FormatSelection(RichTextBox* rtb, const DiffFormat& f)
+{
+    rtb->setSelColor(f.color);
+    rtb->setSelBold(f.bold);
+    rtb->setSelUnderline(f.underline);
+    rtb->setSelStrikeThru(f.strikeout);
+    rtb->setSelItalic(f.italic);
     ClsAPIHighlight highlight;
     highlight.AssignControls(rtb);
-    highlight.APIHighlightHard(lBackColor);
+    highlight.APIHighlightHard(f.backColor);
     rtb->setSelLength(0);
 }

@@ -28,10 +28,13 @@
 #include "settings/clsMRU.h"
 #include "shell/ViewerForm.h"
 
+#include "filecompare/FileCompareFormats.h"
+
 #include <QElapsedTimer>
 #include <QPointer>
 #include <array>
 #include <cstdint>
+#include <functional>
 
 class QAction;
 class QComboBox;
@@ -151,6 +154,17 @@ public:
     void FormatWordRange(RichTextBox* rtb, qint32 lFromWord, qint32 lToWord, std::int32_t lColor,
                          std::int32_t lBackColor, bool bBold, bool bUnderline, bool bStrikeout,
                          bool bItalic);
+    void FormatWordRange(RichTextBox* rtb, qint32 lFromWord, qint32 lToWord, const filecompare::DiffFormat& f)
+    {
+        FormatWordRange(rtb, lFromWord, lToWord, f.color, f.backColor, f.bold, f.underline, f.strikeout, f.italic);
+    }
+
+    // Walks an engine's records from the last to the first, letting events
+    // through and showing "caption<percent>tail" in a status panel before
+    // each; false when an abort or an unreadable record ended it early.
+    using RecordStep = std::function<void(int i, int kind, int lf, int ll, int rf, int rl)>;
+    bool WalkRecordsFromLast(const Skeinmatch& engine, int panel, const QString& caption, const QString& tail,
+                             const RecordStep& step);
 
     // --- all in one (FileCompareAllInOne.cpp) ----------------------------------------
     void UpdateChangesToRTFFileAIO();
@@ -403,6 +417,7 @@ private:
     void coupleScrolling(RichTextBox* from, RichTextBox* to, bool fromOriginal);
     void closeIfAsked();
     void fillOpenWindowsMenu();
+    bool loadSideFile(const QString& sFile, qint32 lEditor, clsVarString& lastFile, clsMRU& mru, QComboBox* combo);
 
     // While both editors are loaded together, the loads waiting for their
     // documents.
