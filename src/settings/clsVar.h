@@ -13,6 +13,7 @@
 #include <QtGlobal>
 
 #include <stdexcept>
+#include <utility>
 
 // A clsVarLong whose stored text is no number; the load stops there.
 class SettingTypeError : public std::runtime_error {
@@ -47,22 +48,36 @@ protected:
     QString mName = QStringLiteral("Not Initialized");
 };
 
+// The value part the three kinds share; assigning a plain value assigns
+// Data. Self is the kind itself, so that an assignment can be chained.
+template <class T, class Self>
+class clsVarOf : public clsVarBase {
+public:
+    const T& Data() const { return mData; }
+    void setData(const T& value) { mData = value; }
+    Self& operator=(const T& value)
+    {
+        mData = value;
+        return static_cast<Self&>(*this);
+    }
+
+protected:
+    explicit clsVarOf(T initial) : mData(std::move(initial)) {}
+    clsVarOf(const QString& name, T initial) : clsVarBase(name), mData(std::move(initial)) {}
+
+    T mData;
+};
+
 // Stored as "TRUE" or "FALSE"; only "FALSE", in any case, reads as false, so
 // an empty value, "0" or "No" reads as true.
-class clsVarBoolean : public clsVarBase {
+class clsVarBoolean : public clsVarOf<bool, clsVarBoolean> {
 public:
-    clsVarBoolean() = default;
-    clsVarBoolean(const QString& name, bool dataDefault) : clsVarBase(name), mDataDefault(dataDefault) {}
+    clsVarBoolean() : clsVarOf(false) {}
+    clsVarBoolean(const QString& name, bool dataDefault) : clsVarOf(name, false), mDataDefault(dataDefault) {}
+    using clsVarOf::operator=;
 
     bool DataDefault() const { return mDataDefault; }
     void setDataDefault(bool value) { mDataDefault = value; }
-    bool Data() const { return mData; }
-    void setData(bool value) { mData = value; }
-    clsVarBoolean& operator=(bool value)
-    {
-        mData = value;
-        return *this;
-    }
 
     void LoadStateFromFile(const QString& iniFile, const QString& section) override;
     void SaveStateToFile(const QString& iniFile, const QString& section) const override;
@@ -70,29 +85,22 @@ public:
 
 private:
     bool mDataDefault = false;
-    bool mData = false;
 };
 
 // A 32-bit signed number, stored in decimal. The default is kept as text
 // because it is what the read falls back on; a stored text that is no number
 // makes LoadStateFromFile throw SettingTypeError (so does a default that was
 // never set, which reads as "Not Initialized").
-class clsVarLong : public clsVarBase {
+class clsVarLong : public clsVarOf<qint32, clsVarLong> {
 public:
-    clsVarLong() = default;
+    clsVarLong() : clsVarOf(0) {}
     clsVarLong(const QString& name, qint32 dataDefault)
-        : clsVarBase(name), mDataDefault(QString::number(dataDefault)) {}
+        : clsVarOf(name, 0), mDataDefault(QString::number(dataDefault)) {}
+    using clsVarOf::operator=;
 
     const QString& DataDefault() const { return mDataDefault; }
     void setDataDefault(const QString& text) { mDataDefault = text; }
     void setDataDefault(qint32 value) { mDataDefault = QString::number(value); }
-    qint32 Data() const { return mData; }
-    void setData(qint32 value) { mData = value; }
-    clsVarLong& operator=(qint32 value)
-    {
-        mData = value;
-        return *this;
-    }
 
     void LoadStateFromFile(const QString& iniFile, const QString& section) override;
     void SaveStateToFile(const QString& iniFile, const QString& section) const override;
@@ -100,24 +108,18 @@ public:
 
 private:
     QString mDataDefault = QStringLiteral("Not Initialized");
-    qint32 mData = 0;
 };
 
 // Text, stored as it is; the store cuts it at 499 characters on the next load.
-class clsVarString : public clsVarBase {
+class clsVarString : public clsVarOf<QString, clsVarString> {
 public:
-    clsVarString() = default;
-    clsVarString(const QString& name, const QString& dataDefault) : clsVarBase(name), mDataDefault(dataDefault) {}
+    clsVarString() : clsVarOf(QStringLiteral("Not Initialized")) {}
+    clsVarString(const QString& name, const QString& dataDefault)
+        : clsVarOf(name, QStringLiteral("Not Initialized")), mDataDefault(dataDefault) {}
+    using clsVarOf::operator=;
 
     const QString& DataDefault() const { return mDataDefault; }
     void setDataDefault(const QString& value) { mDataDefault = value; }
-    const QString& Data() const { return mData; }
-    void setData(const QString& value) { mData = value; }
-    clsVarString& operator=(const QString& value)
-    {
-        mData = value;
-        return *this;
-    }
 
     void LoadStateFromFile(const QString& iniFile, const QString& section) override;
     void SaveStateToFile(const QString& iniFile, const QString& section) const override;
@@ -125,5 +127,4 @@ public:
 
 private:
     QString mDataDefault = QStringLiteral("Not Initialized");
-    QString mData = QStringLiteral("Not Initialized");
 };
