@@ -4,6 +4,7 @@
 //
 // Exit status: 0 the files are the same, 1 they differ, 2 trouble.
 
+#include "components/skeinmatch/BufferedOut.h"
 #include "components/skeinmatch/Skeinmatch.h"
 
 #include <cstdio>
@@ -35,34 +36,9 @@ const char* const usage =
     "\n"
     "Exit status is 0 if the files are the same, 1 if they differ, 2 on trouble.\n";
 
-// Output through one large buffer: the line-by-line listing of a big
-// compare must not cost more than the compare.
-class Out {
-public:
-    ~Out() { flush(); }
-    void put(std::string_view s)
-    {
-        buf_.append(s);
-        if (buf_.size() >= (1u << 20))
-            flush();
-    }
-    void put(char c) { buf_ += c; }
-    void number(long n) { buf_ += std::to_string(n); }
-    bool flush()
-    {
-        if (!buf_.empty() && std::fwrite(buf_.data(), 1, buf_.size(), stdout) != buf_.size())
-            failed_ = true;
-        buf_.clear();
-        return !failed_;
-    }
-    bool failed() const { return failed_ || std::ferror(stdout); }
+using skeinmatch::BufferedOut;
 
-private:
-    std::string buf_;
-    bool failed_ = false;
-};
-
-void range(Out& out, int first, int last)
+void range(BufferedOut& out, int first, int last)
 {
     out.number(first);
     if (last != first) {
@@ -71,7 +47,7 @@ void range(Out& out, int first, int last)
     }
 }
 
-void lines(Out& out, const skeinmatch::LineText& t, int first, int last, char mark)
+void lines(BufferedOut& out, const skeinmatch::LineText& t, int first, int last, char mark)
 {
     for (int n = first; n <= last; ++n) {
         out.put(mark);
@@ -83,7 +59,7 @@ void lines(Out& out, const skeinmatch::LineText& t, int first, int last, char ma
     }
 }
 
-void printNormal(Out& out, const Skeinmatch& e)
+void printNormal(BufferedOut& out, const Skeinmatch& e)
 {
     const auto& a = e.originalText();
     const auto& b = e.modifiedText();
@@ -220,9 +196,9 @@ int main(int argc, char** argv)
         if (differ)
             std::printf("Files %s and %s differ\n", files[0].c_str(), files[1].c_str());
     } else {
-        Out out;
+        BufferedOut out(stdout);
         printNormal(out, e);
-        if (!out.flush() || out.failed())
+        if (!out.ok())
             return trouble("cannot write the output");
     }
     if (std::fflush(stdout) != 0)

@@ -127,7 +127,7 @@ int Skeinmatch::CreateFileReport(const std::string& file, int type, int style)
         return -5;
     bool ok = false;
     try {
-        skeinmatch::ReportOut out(f);
+        skeinmatch::BufferedOut out(f);
         if (type == 1)
             ok = skeinmatch::writeHtmlReport(out, in, style == 2);
         else if (type == 2)

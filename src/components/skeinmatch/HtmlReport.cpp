@@ -260,7 +260,7 @@ std::vector<std::string> sideRows(std::string_view text, const std::vector<Token
 
 class HtmlWriter {
 public:
-    HtmlWriter(ReportOut& out, const ReportInput& in, bool sbs)
+    HtmlWriter(BufferedOut& out, const ReportInput& in, bool sbs)
         : out_(out), in_(in), a_(*in.original), b_(*in.modified), sbs_(sbs), cols_(sbs ? 4 : 3)
     {
     }
@@ -284,7 +284,7 @@ private:
         line_.clear();
     }
 
-    ReportOut& out_;
+    BufferedOut& out_;
     const ReportInput& in_;
     const LineText& a_;
     const LineText& b_;
@@ -668,7 +668,7 @@ void HtmlWriter::changeAsStream(const RecordSpan& s)
 
 } // namespace
 
-bool writeHtmlReport(ReportOut& out, const ReportInput& in, bool sideBySide)
+bool writeHtmlReport(BufferedOut& out, const ReportInput& in, bool sideBySide)
 {
     HtmlWriter(out, in, sideBySide).write();
     return true;

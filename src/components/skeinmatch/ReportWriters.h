@@ -2,11 +2,11 @@
 // Internal: the three report writers behind Skeinmatch::CreateFileReport.
 // Each writes from the texts and records that the engine holds.
 
+#include "components/skeinmatch/BufferedOut.h"
 #include "components/skeinmatch/LineDiff.h"
 #include "components/skeinmatch/LineKeys.h"
 #include "components/skeinmatch/LineText.h"
 
-#include <cstdio>
 #include <ctime>
 #include <string>
 #include <string_view>
@@ -28,34 +28,6 @@ struct ReportInput {
     KeyOptions keys;
 };
 
-// Buffered output to a file that remembers whether any write failed.
-class ReportOut {
-public:
-    explicit ReportOut(std::FILE* f) : f_(f) {}
-    ~ReportOut() { flush(); }
-    void put(std::string_view s)
-    {
-        buf_.append(s);
-        if (buf_.size() >= (1u << 20))
-            flush();
-    }
-    void put(char c) { buf_ += c; }
-    void number(long n) { buf_ += std::to_string(n); }
-    bool flush()
-    {
-        if (!buf_.empty() && std::fwrite(buf_.data(), 1, buf_.size(), f_) != buf_.size())
-            failed_ = true;
-        buf_.clear();
-        return !failed_;
-    }
-    bool ok() { return flush() && !std::ferror(f_); }
-
-private:
-    std::FILE* f_;
-    std::string buf_;
-    bool failed_ = false;
-};
-
 // A record as half-open spans of 0-based lines: an addition's left span is
 // empty and sits behind its anchor line, a deletion's right span likewise.
 struct RecordSpan {
@@ -72,8 +44,8 @@ void showFinalLineEnds(std::vector<RecordSpan>& spans, const LineText& a, const 
 // A title fit for one line: line ends become blanks.
 std::string oneLine(std::string_view s);
 
-bool writeHtmlReport(ReportOut& out, const ReportInput& in, bool sideBySide);
-bool writeUnifiedReport(ReportOut& out, const ReportInput& in);
-bool writeCsvReport(ReportOut& out, const ReportInput& in);
+bool writeHtmlReport(BufferedOut& out, const ReportInput& in, bool sideBySide);
+bool writeUnifiedReport(BufferedOut& out, const ReportInput& in);
+bool writeCsvReport(BufferedOut& out, const ReportInput& in);
 
 } // namespace skeinmatch

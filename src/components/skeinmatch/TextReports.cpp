@@ -22,7 +22,7 @@ std::string stamp(std::time_t t)
 
 // "start,count" of a hunk header, start 1-based; an empty range names the
 // line before it.
-void hunkRange(ReportOut& out, long begin, long count)
+void hunkRange(BufferedOut& out, long begin, long count)
 {
     if (count == 0) {
         out.number(begin);
@@ -36,7 +36,7 @@ void hunkRange(ReportOut& out, long begin, long count)
     }
 }
 
-void diffLine(ReportOut& out, const LineText& t, long index, char mark)
+void diffLine(BufferedOut& out, const LineText& t, long index, char mark)
 {
     out.put(mark);
     out.put(t.rawLine(static_cast<std::size_t>(index)));
@@ -45,7 +45,7 @@ void diffLine(ReportOut& out, const LineText& t, long index, char mark)
         out.put("\\ No newline at end of file\n");
 }
 
-void csvField(ReportOut& out, std::string_view s)
+void csvField(BufferedOut& out, std::string_view s)
 {
     if (s.find_first_of(",\"\r\n") == std::string_view::npos) {
         out.put(s);
@@ -73,7 +73,7 @@ std::string joinedLines(const LineText& t, long begin, long end)
 
 } // namespace
 
-bool writeUnifiedReport(ReportOut& out, const ReportInput& in)
+bool writeUnifiedReport(BufferedOut& out, const ReportInput& in)
 {
     const LineText& a = *in.original;
     const LineText& b = *in.modified;
@@ -151,7 +151,7 @@ bool writeUnifiedReport(ReportOut& out, const ReportInput& in)
     return true;
 }
 
-bool writeCsvReport(ReportOut& out, const ReportInput& in)
+bool writeCsvReport(BufferedOut& out, const ReportInput& in)
 {
     const LineText& a = *in.original;
     const LineText& b = *in.modified;
