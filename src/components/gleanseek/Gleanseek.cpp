@@ -1,6 +1,7 @@
 #include "components/gleanseek/Gleanseek.h"
 
 #include "components/gleanseek/SearchRun.h"
+#include "components/skeinmatch/FileAccess.h"
 
 #include <cerrno>
 #include <cstring>
@@ -80,12 +81,12 @@ std::int32_t Gleanseek::HitCount() const
 
 bool Gleanseek::InProgress() const
 {
-    return inProgress_.load(std::memory_order_acquire);
+    return background_.InProgress();
 }
 
 void Gleanseek::StartSearch()
 {
-    if (skeinmatch::gEngineThreadOwner == this)
+    if (background_.OnOwnThread())
         return;
     stopRun();
     hits_.Clear();
@@ -136,32 +137,19 @@ void Gleanseek::StartSearch()
     if (refused)
         return;
 
-    abort_.store(false, std::memory_order_release);
-    inProgress_.store(true, std::memory_order_release);
     run_ = std::make_unique<Run>(*this, std::move(s), std::move(matcher), std::move(documents));
-    thread_ = std::thread([this] {
-        skeinmatch::gEngineThreadOwner = this;
-        run_->Execute();
-        if (!abort_.load(std::memory_order_acquire))
-            raiseCompleted();
-        inProgress_.store(false, std::memory_order_release);
-    });
+    background_.Start([this] { run_->Execute(); }, [this] { raiseCompleted(); });
 }
 
 void Gleanseek::AbortSearch()
 {
-    std::lock_guard lock(publishMutex_);
-    abort_.store(true, std::memory_order_release);
+    background_.Abort();
 }
 
 void Gleanseek::stopRun()
 {
-    if (thread_.joinable()) {
-        AbortSearch();
-        thread_.join();
-    }
+    background_.Stop();
     run_.reset();
-    inProgress_.store(false, std::memory_order_release);
 }
 
 bool Gleanseek::GetHit(std::int32_t lIndex, Hit& hit) const
@@ -184,19 +172,6 @@ bool Gleanseek::GetHit(std::int32_t lIndex, std::string& sFile, std::int32_t& lL
     return true;
 }
 
-namespace {
-
-std::string cell(const std::string& s)
-{
-    std::string out = s;
-    for (char& c : out)
-        if (c == '\t' || c == '\n' || c == '\r')
-            c = ' ';
-    return out;
-}
-
-} // namespace
-
 bool Gleanseek::WriteReport(const std::string& path) const
 {
     const auto fail = [&](const char* what) {
@@ -211,7 +186,8 @@ bool Gleanseek::WriteReport(const std::string& path) const
     const std::size_t n = hits_.Count();
     Hit h;
     for (std::size_t i = 0; i < n && hits_.Get(i, h); ++i)
-        out << (i + 1) << '\t' << cell(h.sFile) << '\t' << h.lLine << '\t' << h.lCol << '\t' << cell(h.sItem) << '\n';
+        out << (i + 1) << '\t' << skeinmatch::TabCell(h.sFile) << '\t' << h.lLine << '\t' << h.lCol << '\t'
+            << skeinmatch::TabCell(h.sItem) << '\n';
     out.flush();
     if (!out)
         return fail("Cannot write");

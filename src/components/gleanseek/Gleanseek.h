@@ -40,13 +40,12 @@
 
 #include "components/gleanseek/TextSearch.h"
 #include "components/skeinmatch/AppendOnlyList.h"
+#include "components/skeinmatch/BackgroundRun.h"
 
-#include <atomic>
 #include <cstdint>
 #include <memory>
 #include <mutex>
 #include <string>
-#include <thread>
 
 namespace gleanseek {
 
@@ -164,12 +163,8 @@ private:
     std::mutex eventsMutex_;
     GleanseekEvents* events_ = nullptr;
 
-    std::mutex publishMutex_;
-    std::atomic<bool> abort_{false};
-    std::atomic<bool> inProgress_{false};
-
     std::unique_ptr<Run> run_;
-    std::thread thread_;
+    skeinmatch::BackgroundRun background_;
 
     mutable std::mutex reportErrorMutex_;
     mutable std::string reportError_;

@@ -2,6 +2,7 @@
 
 #include "components/gleanseek/TextEncoding.h"
 #include "components/skeinmatch/DirectoryListing.h"
+#include "components/skeinmatch/FileAccess.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -21,11 +22,6 @@ constexpr std::size_t kFilesPerBatch = 16;
 // Each queued batch may hold its folder open; this keeps the number of
 // descriptors well below the usual limit of 1024.
 constexpr std::size_t kQueuedBatches = 128;
-
-std::string describe(const std::string& what, const std::string& path, int err)
-{
-    return what + " " + path + ": " + std::strerror(err);
-}
 
 // Reading space of one worker thread, kept between files.
 struct Buffers {
@@ -58,40 +54,6 @@ struct Buffers {
 
 thread_local Buffers tlsBuffers;
 
-bool readFull(int fd, char* buf, std::size_t want, std::size_t& got, int& err)
-{
-    got = 0;
-    while (got < want) {
-        const ssize_t n = ::read(fd, buf + got, want - got);
-        if (n < 0) {
-            if (errno == EINTR)
-                continue;
-            err = errno;
-            return false;
-        }
-        if (n == 0)
-            break;
-        got += static_cast<std::size_t>(n);
-    }
-    return true;
-}
-
-class Fd {
-public:
-    explicit Fd(int fd) : fd_(fd) {}
-    ~Fd()
-    {
-        if (fd_ >= 0)
-            ::close(fd_);
-    }
-    Fd(const Fd&) = delete;
-    Fd& operator=(const Fd&) = delete;
-    int get() const { return fd_; }
-
-private:
-    int fd_;
-};
-
 } // namespace
 
 void SearchOneFile(int dirfd, const char* name, const std::string& path, const TextMatcher& matcher,
@@ -100,10 +62,10 @@ void SearchOneFile(int dirfd, const char* name, const std::string& path, const T
                    const std::function<void(std::int32_t code, const std::string& message)>& report,
                    const std::atomic<bool>& abort)
 {
-    Fd fd(::openat(dirfd, name, O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NOCTTY | O_NONBLOCK));
+    skeinmatch::FileDescriptor fd(::openat(dirfd, name, O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NOCTTY | O_NONBLOCK));
     if (fd.get() < 0) {
         if (errno != ELOOP)  // turned into a link since the listing: not ours to follow
-            report(kErrorUnreadableFile, describe("Cannot open file", path, errno));
+            report(kErrorUnreadableFile, skeinmatch::DescribeError("Cannot open file", path, errno));
         return;
     }
     struct stat st;
@@ -128,8 +90,8 @@ void SearchOneFile(int dirfd, const char* name, const std::string& path, const T
         buf.reserve(carry, carry + want + 1);
         std::size_t got = 0;
         int err = 0;
-        if (want > 0 && !readFull(fd.get(), buf.data.get() + carry, want, got, err)) {
-            report(kErrorUnreadableFile, describe("Cannot read file", path, err));
+        if (want > 0 && !skeinmatch::ReadFull(fd.get(), buf.data.get() + carry, want, got, err)) {
+            report(kErrorUnreadableFile, skeinmatch::DescribeError("Cannot read file", path, err));
             break;
         }
         total += got;
@@ -205,18 +167,14 @@ Gleanseek::Run::~Run() = default;
 
 bool Gleanseek::Run::aborted() const
 {
-    return owner_.abort_.load(std::memory_order_acquire);
+    return owner_.background_.Aborted();
 }
 
 void Gleanseek::Run::Execute()
 {
-    // Twice as many workers as cores: a worker waiting for the disk (a cold
-    // cache, a network folder) leaves its core to another, and several reads
-    // in flight keep the device busy.
-    const unsigned workers = std::clamp(std::thread::hardware_concurrency() * 2, 4u, 16u);
     pipeline_ = std::make_unique<skeinmatch::OrderedPipeline<FileBatch>>(
-        &owner_, workers, kQueuedBatches, [this](FileBatch& b) { process(b); },
-        [this](FileBatch& b) { owner_.hits_.Append(std::move(b.hits)); }, owner_.abort_, owner_.publishMutex_);
+        owner_.background_, skeinmatch::DiskWorkerCount(), kQueuedBatches, [this](FileBatch& b) { process(b); },
+        [this](FileBatch& b) { owner_.hits_.Append(std::move(b.hits)); });
     owner_.raiseStarted();
     try {
         walk(skeinmatch::WithTrailingSlash(settings_.searchFolder));
@@ -236,7 +194,7 @@ void Gleanseek::Run::walk(const std::string& folder)
     std::shared_ptr<const skeinmatch::DirHandle> dir;
     int err = 0;
     if (!skeinmatch::ListDirectory(folder, entries, err, &dir)) {
-        owner_.raiseError(kErrorUnreadableFolder, describe("Cannot read folder", folder, err));
+        owner_.raiseError(kErrorUnreadableFolder, skeinmatch::DescribeError("Cannot read folder", folder, err));
         return;
     }
     const bool everything = filter_.MatchesEverything();
@@ -297,9 +255,9 @@ void Gleanseek::Run::process(FileBatch& batch)
         }
         // By name in the open folder where possible: no path walk per file.
         if (batch.dir)
-            SearchOneFile(batch.dir->fd(), name.c_str(), path, *matcher_, *scratch, batch.hits, report, owner_.abort_);
+            SearchOneFile(batch.dir->fd(), name.c_str(), path, *matcher_, *scratch, batch.hits, report, owner_.background_.AbortFlag());
         else
-            SearchOneFile(AT_FDCWD, path.c_str(), path, *matcher_, *scratch, batch.hits, report, owner_.abort_);
+            SearchOneFile(AT_FDCWD, path.c_str(), path, *matcher_, *scratch, batch.hits, report, owner_.background_.AbortFlag());
     }
 }
 

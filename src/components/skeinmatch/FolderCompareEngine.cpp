@@ -1,7 +1,7 @@
 #include "components/skeinmatch/FolderCompareEngine.h"
 
+#include "components/skeinmatch/FileAccess.h"
 #include "components/skeinmatch/FolderWalk.h"
-#include "components/skeinmatch/OrderedPipeline.h"
 
 #include <cerrno>
 #include <cstring>
@@ -84,7 +84,7 @@ void FolderCompareEngine::raiseCompleted()
 void FolderCompareEngine::StartCompare()
 {
     // From inside an event handler the walk cannot wait for itself to end.
-    if (gEngineThreadOwner == this)
+    if (background_.OnOwnThread())
         return;
     stopRun();
     records_.Clear();
@@ -93,37 +93,24 @@ void FolderCompareEngine::StartCompare()
         std::lock_guard lock(settingsMutex_);
         snapshot = settings_;
     }
-    abort_.store(false, std::memory_order_release);
-    inProgress_.store(true, std::memory_order_release);
     run_ = std::make_unique<Run>(*this, std::move(snapshot));
-    thread_ = std::thread([this] {
-        gEngineThreadOwner = this;
-        run_->Execute();
-        if (!abort_.load(std::memory_order_acquire))
-            raiseCompleted();
-        inProgress_.store(false, std::memory_order_release);
-    });
+    background_.Start([this] { run_->Execute(); }, [this] { raiseCompleted(); });
 }
 
 void FolderCompareEngine::AbortCompare()
 {
-    std::lock_guard lock(publishMutex_);
-    abort_.store(true, std::memory_order_release);
+    background_.Abort();
 }
 
 void FolderCompareEngine::stopRun()
 {
-    if (thread_.joinable()) {
-        AbortCompare();
-        thread_.join();
-    }
+    background_.Stop();
     run_.reset();
-    inProgress_.store(false, std::memory_order_release);
 }
 
 void FolderCompareEngine::ReleaseEngine()
 {
-    if (gEngineThreadOwner == this)
+    if (background_.OnOwnThread())
         return;
     stopRun();
     records_.Clear();
@@ -131,7 +118,7 @@ void FolderCompareEngine::ReleaseEngine()
 
 bool FolderCompareEngine::InProgress() const
 {
-    return inProgress_.load(std::memory_order_acquire);
+    return background_.InProgress();
 }
 
 std::int32_t FolderCompareEngine::RecordCount() const
@@ -170,16 +157,6 @@ bool FolderCompareEngine::GetRecord(std::int32_t lIndex, std::string& sName, std
 
 namespace {
 
-// A tab or line end inside a name would break the row apart.
-std::string cell(const std::string& s)
-{
-    std::string out = s;
-    for (char& c : out)
-        if (c == '\t' || c == '\n' || c == '\r')
-            c = ' ';
-    return out;
-}
-
 const char* sideText(std::int32_t v)
 {
     if (v > 0)
@@ -213,8 +190,8 @@ bool FolderCompareEngine::WriteReport(const std::string& path) const
             size = sideText(r.lSizeCompare);
             date = sideText(r.lDateCompare);
         }
-        out << (i + 1) << '\t' << cell(r.sName) << '\t' << cell(r.sPathOriginal) << '\t'
-            << cell(r.sPathModified) << '\t' << (r.lIsFile ? "File" : "Folder") << '\t'
+        out << (i + 1) << '\t' << TabCell(r.sName) << '\t' << TabCell(r.sPathOriginal) << '\t'
+            << TabCell(r.sPathModified) << '\t' << (r.lIsFile ? "File" : "Folder") << '\t'
             << (both ? "Both" : r.lOnlyInOriginal ? "Original only" : "Modified only") << '\t'
             << contents << '\t' << size << '\t' << date << '\n';
     }

@@ -43,14 +43,13 @@
 // not call StartCompare or ReleaseEngine (such calls are refused).
 
 #include "components/skeinmatch/AppendOnlyList.h"
+#include "components/skeinmatch/BackgroundRun.h"
 #include "components/skeinmatch/FolderRecord.h"
 
-#include <atomic>
 #include <cstdint>
 #include <memory>
 #include <mutex>
 #include <string>
-#include <thread>
 
 namespace skeinmatch {
 
@@ -151,14 +150,8 @@ private:
     std::mutex eventsMutex_;
     FolderCompareEvents* events_ = nullptr;
 
-    // Held while a batch of records is delivered and while abort_ is set, so
-    // that nothing is delivered once AbortCompare has returned.
-    std::mutex publishMutex_;
-    std::atomic<bool> abort_{false};
-    std::atomic<bool> inProgress_{false};
-
     std::unique_ptr<Run> run_;
-    std::thread thread_;
+    BackgroundRun background_;
 
     mutable std::mutex reportErrorMutex_;
     mutable std::string reportError_;

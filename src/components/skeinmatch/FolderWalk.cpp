@@ -1,6 +1,7 @@
 #include "components/skeinmatch/FolderWalk.h"
 
 #include "components/skeinmatch/DirectoryListing.h"
+#include "components/skeinmatch/FileAccess.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -21,30 +22,6 @@ constexpr std::size_t kItemsPerBatch = 64;
 constexpr std::size_t kQueuedBatches = 64;
 constexpr std::size_t kBlock = 256 * 1024;
 
-std::string describe(const std::string& what, const std::string& path, int err)
-{
-    return what + " " + path + ": " + std::strerror(err);
-}
-
-// Reads until `want` bytes or the end of the file.
-bool readFull(int fd, char* buf, std::size_t want, std::size_t& got, int& err)
-{
-    got = 0;
-    while (got < want) {
-        const ssize_t n = ::read(fd, buf + got, want - got);
-        if (n < 0) {
-            if (errno == EINTR)
-                continue;
-            err = errno;
-            return false;
-        }
-        if (n == 0)
-            break;
-        got += static_cast<std::size_t>(n);
-    }
-    return true;
-}
-
 template <class T>
 std::int32_t sign(T a, T b)
 {
@@ -63,35 +40,19 @@ bool readLink(int dirfd, const char* name, std::string& target, int& err)
     return true;
 }
 
-class Fd {
-public:
-    explicit Fd(int fd) : fd_(fd) {}
-    ~Fd()
-    {
-        if (fd_ >= 0)
-            ::close(fd_);
-    }
-    Fd(const Fd&) = delete;
-    Fd& operator=(const Fd&) = delete;
-    int get() const { return fd_; }
-
-private:
-    int fd_;
-};
-
 } // namespace
 
 std::int32_t CompareFileContents(const FileRef& a, const FileRef& b, std::uint64_t size,
                                  const std::atomic<bool>& abort, std::string& error)
 {
-    Fd fa(::openat(a.dirfd, a.name, O_RDONLY | O_CLOEXEC | O_NOFOLLOW));
+    FileDescriptor fa(::openat(a.dirfd, a.name, O_RDONLY | O_CLOEXEC | O_NOFOLLOW));
     if (fa.get() < 0) {
-        error = describe("Cannot open file", a.path, errno);
+        error = DescribeError("Cannot open file", a.path, errno);
         return kContentUnreadable;
     }
-    Fd fb(::openat(b.dirfd, b.name, O_RDONLY | O_CLOEXEC | O_NOFOLLOW));
+    FileDescriptor fb(::openat(b.dirfd, b.name, O_RDONLY | O_CLOEXEC | O_NOFOLLOW));
     if (fb.get() < 0) {
-        error = describe("Cannot open file", b.path, errno);
+        error = DescribeError("Cannot open file", b.path, errno);
         return kContentUnreadable;
     }
     // One pair of buffers per worker thread, kept for the thread's life.
@@ -105,12 +66,12 @@ std::int32_t CompareFileContents(const FileRef& a, const FileRef& b, std::uint64
         const std::size_t want = left < kBlock ? static_cast<std::size_t>(left) : kBlock;
         std::size_t ga = 0, gb = 0;
         int err = 0;
-        if (!readFull(fa.get(), bufA.get(), want, ga, err)) {
-            error = describe("Cannot read file", a.path, err);
+        if (!ReadFull(fa.get(), bufA.get(), want, ga, err)) {
+            error = DescribeError("Cannot read file", a.path, err);
             return kContentUnreadable;
         }
-        if (!readFull(fb.get(), bufB.get(), want, gb, err)) {
-            error = describe("Cannot read file", b.path, err);
+        if (!ReadFull(fb.get(), bufB.get(), want, gb, err)) {
+            error = DescribeError("Cannot read file", b.path, err);
             return kContentUnreadable;
         }
         // A file that shrank while being read is not the same as one that
@@ -146,18 +107,14 @@ FolderCompareEngine::Run::Run(FolderCompareEngine& engine, Settings settings)
 
 bool FolderCompareEngine::Run::aborted() const
 {
-    return engine_.abort_.load(std::memory_order_acquire);
+    return engine_.background_.Aborted();
 }
 
 void FolderCompareEngine::Run::Execute()
 {
-    // Twice as many workers as cores: a worker waiting for the disk (a cold
-    // cache, a network folder) leaves its core to another, and several reads
-    // in flight keep the device busy.
-    const unsigned workers = std::clamp(std::thread::hardware_concurrency() * 2, 4u, 16u);
     pipeline_ = std::make_unique<OrderedPipeline<FolderBatch>>(
-        &engine_, workers, kQueuedBatches, [this](FolderBatch& b) { process(b); },
-        [this](FolderBatch& b) { publish(b); }, engine_.abort_, engine_.publishMutex_);
+        engine_.background_, DiskWorkerCount(), kQueuedBatches, [this](FolderBatch& b) { process(b); },
+        [this](FolderBatch& b) { publish(b); });
     engine_.raiseStarted();
     try {
         walk(std::make_shared<const std::string>(WithTrailingSlash(settings_.folderOriginal)),
@@ -195,9 +152,9 @@ bool FolderCompareEngine::Run::walk(std::shared_ptr<const std::string> pathO,
     batch.folder.sPathModified = *pathM;
     if (!okO || !okM) {
         if (!okO)
-            engine_.raiseError(kFolderErrorUnreadableFolder, describe("Cannot read folder", *pathO, errO));
+            engine_.raiseError(kFolderErrorUnreadableFolder, DescribeError("Cannot read folder", *pathO, errO));
         if (!okM)
-            engine_.raiseError(kFolderErrorUnreadableFolder, describe("Cannot read folder", *pathM, errM));
+            engine_.raiseError(kFolderErrorUnreadableFolder, DescribeError("Cannot read folder", *pathM, errM));
         batch.folder.lContentStatus = kContentUnreadable;
         batch.folderForced = true;
         return pipeline_->Push(std::move(batch));
@@ -327,7 +284,7 @@ void FolderCompareEngine::Run::compareBoth(const FolderBatch& batch, const Folde
                                          : FileRef{AT_FDCWD, fm.c_str(), fm};
     const auto statOne = [&](const FileRef& f, struct stat& st) {
         if (::fstatat(f.dirfd, f.name, &st, AT_SYMLINK_NOFOLLOW) != 0) {
-            engine_.raiseError(kFolderErrorUnreadableFile, describe("Cannot read file", f.path, errno));
+            engine_.raiseError(kFolderErrorUnreadableFile, DescribeError("Cannot read file", f.path, errno));
             return false;
         }
         if (!S_ISREG(st.st_mode) && !S_ISLNK(st.st_mode)) {
@@ -353,7 +310,7 @@ void FolderCompareEngine::Run::compareBoth(const FolderBatch& batch, const Folde
         std::string to, tm;
         int err = 0;
         if (!readLink(ro.dirfd, ro.name, to, err) || !readLink(rm.dirfd, rm.name, tm, err)) {
-            engine_.raiseError(kFolderErrorUnreadableFile, describe("Cannot read link", to.empty() ? fo : fm, err));
+            engine_.raiseError(kFolderErrorUnreadableFile, DescribeError("Cannot read link", to.empty() ? fo : fm, err));
             r.lContentStatus = kContentUnreadable;
         } else {
             r.lContentStatus = to == tm ? kContentSame : kContentDiffers;
@@ -363,7 +320,7 @@ void FolderCompareEngine::Run::compareBoth(const FolderBatch& batch, const Folde
     } else {
         std::string error;
         r.lContentStatus =
-            CompareFileContents(ro, rm, static_cast<std::uint64_t>(so.st_size), engine_.abort_, error);
+            CompareFileContents(ro, rm, static_cast<std::uint64_t>(so.st_size), engine_.background_.AbortFlag(), error);
         if (r.lContentStatus == kContentUnreadable)
             engine_.raiseError(kFolderErrorUnreadableFile, error);
     }

@@ -5,11 +5,13 @@
 // finished batch then waits until all earlier ones are delivered, so the
 // record lists come out in the same order however the threads were scheduled.
 //
-// Abort: the owner sets its abort flag while holding the publish mutex, so
-// once the abort call returns nothing more is delivered. Queued batches are
-// dropped unprocessed, and a walker blocked on a full queue notices within
-// 50 milliseconds.
+// Abort (see BackgroundRun): once the run's abort call returns nothing more
+// is delivered. Queued batches are dropped unprocessed, and a walker blocked
+// on a full queue notices within 50 milliseconds.
 
+#include "components/skeinmatch/BackgroundRun.h"
+
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <condition_variable>
@@ -24,9 +26,13 @@
 
 namespace skeinmatch {
 
-// Set on every thread an engine starts, to the engine it works for, so that
-// calls made from inside an event handler can be recognised.
-inline thread_local const void* gEngineThreadOwner = nullptr;
+// Twice as many workers as cores: a worker waiting for the disk (a cold
+// cache, a network folder) leaves its core to another, and several reads in
+// flight keep the device busy.
+inline unsigned DiskWorkerCount()
+{
+    return std::clamp(std::thread::hardware_concurrency() * 2, 4u, 16u);
+}
 
 template <class Batch>
 class OrderedPipeline {
@@ -35,10 +41,9 @@ public:
     // Called in push order, with the publish mutex held.
     using Publish = std::function<void(Batch&)>;
 
-    OrderedPipeline(const void* owner, unsigned workers, std::size_t capacity, Process process,
-                    Publish publish, const std::atomic<bool>& abort, std::mutex& publishMutex)
-        : owner_(owner), capacity_(capacity ? capacity : 1), process_(std::move(process)),
-          publish_(std::move(publish)), abort_(abort), publishMutex_(publishMutex)
+    OrderedPipeline(BackgroundRun& run, unsigned workers, std::size_t capacity, Process process, Publish publish)
+        : owner_(&run), capacity_(capacity ? capacity : 1), process_(std::move(process)),
+          publish_(std::move(publish)), abort_(run.AbortFlag()), publishMutex_(run.PublishMutex())
     {
         if (workers == 0)
             workers = 1;
