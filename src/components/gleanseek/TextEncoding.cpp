@@ -1,29 +1,14 @@
 #include "components/gleanseek/TextEncoding.h"
 
+#include "components/skeinmatch/Utf8.h"
+
 #include <cstdint>
 #include <cstring>
 
 namespace gleanseek {
 namespace {
 
-void appendCodePoint(std::string& out, std::uint32_t c)
-{
-    if (c < 0x80) {
-        out.push_back(static_cast<char>(c));
-    } else if (c < 0x800) {
-        out.push_back(static_cast<char>(0xC0 | (c >> 6)));
-        out.push_back(static_cast<char>(0x80 | (c & 0x3F)));
-    } else if (c < 0x10000) {
-        out.push_back(static_cast<char>(0xE0 | (c >> 12)));
-        out.push_back(static_cast<char>(0x80 | ((c >> 6) & 0x3F)));
-        out.push_back(static_cast<char>(0x80 | (c & 0x3F)));
-    } else {
-        out.push_back(static_cast<char>(0xF0 | (c >> 18)));
-        out.push_back(static_cast<char>(0x80 | ((c >> 12) & 0x3F)));
-        out.push_back(static_cast<char>(0x80 | ((c >> 6) & 0x3F)));
-        out.push_back(static_cast<char>(0x80 | (c & 0x3F)));
-    }
-}
+using skeinmatch::AppendUtf8;
 
 // 0x80..0x9F of Windows-1252; 0 marks the undefined positions.
 constexpr std::uint16_t kHigh1252[32] = {
@@ -89,9 +74,9 @@ void AppendWindows1252AsUtf8(std::string& out, const char* data, std::size_t len
             out.push_back(static_cast<char>(b));
         } else if (b < 0xA0) {
             const std::uint16_t c = kHigh1252[b - 0x80];
-            appendCodePoint(out, c ? c : 0xFFFD);
+            AppendUtf8(out, c ? c : 0xFFFD);
         } else {
-            appendCodePoint(out, b);
+            AppendUtf8(out, b);
         }
     }
 }
@@ -108,12 +93,12 @@ void AppendUtf16AsUtf8(std::string& out, const char* data, std::size_t len, bool
         if (u >= 0xD800 && u <= 0xDBFF && i + 3 < len) {
             const std::uint32_t v = unit(i + 2);
             if (v >= 0xDC00 && v <= 0xDFFF) {
-                appendCodePoint(out, 0x10000 + ((u - 0xD800) << 10) + (v - 0xDC00));
+                AppendUtf8(out, 0x10000 + ((u - 0xD800) << 10) + (v - 0xDC00));
                 i += 2;
                 continue;
             }
         }
-        appendCodePoint(out, (u >= 0xD800 && u <= 0xDFFF) ? 0xFFFD : u);
+        AppendUtf8(out, (u >= 0xD800 && u <= 0xDFFF) ? 0xFFFD : u);
     }
 }
 

@@ -1,5 +1,7 @@
 #include "components/skeinmatch/FileNamePattern.h"
 
+#include "components/skeinmatch/Utf8.h"
+
 #include <locale>
 
 namespace skeinmatch {
@@ -90,23 +92,10 @@ std::u32string decodeFolded(std::string_view s)
 
 void appendUtf8(std::string& out, char32_t c)
 {
-    if (c >= kRawByteBase) {
+    if (c >= kRawByteBase)
         out.push_back(static_cast<char>(c - kRawByteBase));
-    } else if (c < 0x80) {
-        out.push_back(static_cast<char>(c));
-    } else if (c < 0x800) {
-        out.push_back(static_cast<char>(0xC0 | (c >> 6)));
-        out.push_back(static_cast<char>(0x80 | (c & 0x3F)));
-    } else if (c < 0x10000) {
-        out.push_back(static_cast<char>(0xE0 | (c >> 12)));
-        out.push_back(static_cast<char>(0x80 | ((c >> 6) & 0x3F)));
-        out.push_back(static_cast<char>(0x80 | (c & 0x3F)));
-    } else {
-        out.push_back(static_cast<char>(0xF0 | (c >> 18)));
-        out.push_back(static_cast<char>(0x80 | ((c >> 12) & 0x3F)));
-        out.push_back(static_cast<char>(0x80 | ((c >> 6) & 0x3F)));
-        out.push_back(static_cast<char>(0x80 | (c & 0x3F)));
-    }
+    else
+        AppendUtf8(out, c);
 }
 
 // Classic wildcard match with one backtrack point: linear for patterns with
