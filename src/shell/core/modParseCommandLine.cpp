@@ -68,16 +68,6 @@ bool isSwitch(const QString& arg)
     return arg.size() == 2 && arg[0] == QLatin1Char('/');
 }
 
-QString trimBlanks(const QString& s)
-{
-    qsizetype b = 0, e = s.size();
-    while (b < e && s[b] == QLatin1Char(' '))
-        ++b;
-    while (e > b && s[e - 1] == QLatin1Char(' '))
-        --e;
-    return s.mid(b, e - b);
-}
-
 QString withoutQuotes(QString s)
 {
     return s.remove(QLatin1Char('"'));
@@ -162,7 +152,7 @@ bool ParseCommandLine(const QStringList& args)
         if (takesValue) {
             const QString attached = arg.mid(2);
             if (!attached.isEmpty())
-                value = trimBlanks(attached);
+                value = TrimBlanks(attached);
             else if (i + 1 < args.size())
                 value = args[++i];
         }
@@ -170,12 +160,12 @@ bool ParseCommandLine(const QStringList& args)
     }
 
     bool usable = false;
-    if (!trimBlanks(gsClMaster).isEmpty() && !trimBlanks(gsClSource).isEmpty()) {
+    if (!TrimBlanks(gsClMaster).isEmpty() && !TrimBlanks(gsClSource).isEmpty()) {
         usable = true;
     } else if (positional.size() == 2) {
         gsClMaster = withoutQuotes(resolvePath(withoutQuotes(positional[0])));
         gsClSource = withoutQuotes(resolvePath(withoutQuotes(positional[1])));
-        usable = !trimBlanks(gsClMaster).isEmpty() && !trimBlanks(gsClSource).isEmpty();
+        usable = !TrimBlanks(gsClMaster).isEmpty() && !TrimBlanks(gsClSource).isEmpty();
     }
 
     // Both paths are always tested, Source first, so one parse can report two

@@ -1,5 +1,7 @@
 #include "shell/core/modUtilityFile.h"
 
+#include "shell/core/modUtilityString.h"
+
 #include <QCoreApplication>
 #include <QFile>
 
@@ -10,16 +12,6 @@
 #include <unistd.h>
 
 namespace {
-
-QString trimBlanks(const QString& s)
-{
-    qsizetype b = 0, e = s.size();
-    while (b < e && s[b] == QLatin1Char(' '))
-        ++b;
-    while (e > b && s[e - 1] == QLatin1Char(' '))
-        --e;
-    return s.mid(b, e - b);
-}
 
 // One straight copy; 0 or the errno of the first failure.
 int copyOnce(const QByteArray& source, const QByteArray& target)
@@ -84,7 +76,7 @@ bool FileExistsOnDisk(const QString& path)
 {
     if (path.isEmpty())
         return false;
-    const QString trimmed = trimBlanks(path);
+    const QString trimmed = TrimBlanks(path);
     if (trimmed.isEmpty())
         return false;
     struct stat st {};

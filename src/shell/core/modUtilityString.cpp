@@ -15,6 +15,16 @@ std::string TrimAtNull(const std::string& text)
     return nul == std::string::npos ? text : text.substr(0, nul);
 }
 
+QString TrimBlanks(const QString& text)
+{
+    qsizetype b = 0, e = text.size();
+    while (b < e && text[b] == QLatin1Char(' '))
+        ++b;
+    while (e > b && text[e - 1] == QLatin1Char(' '))
+        --e;
+    return text.mid(b, e - b);
+}
+
 QString AnimateStatusText(const QString& text)
 {
     static int counter = 0;

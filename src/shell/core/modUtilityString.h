@@ -9,6 +9,9 @@
 QString TrimAtNull(const QString& text);
 std::string TrimAtNull(const std::string& text);
 
+// The text without the blanks (spaces only, not tabs) at its ends.
+QString TrimBlanks(const QString& text);
+
 // A growing prefix of text for a status line that shows work going on: the
 // first 2*n characters, where n is a counter shared by every caller that
 // counts up on each call and starts over at 0 after 30. Callers pass the same
