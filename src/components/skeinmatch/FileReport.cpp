@@ -82,6 +82,17 @@ DiffRecord recordOf(const RecordSpan& s)
     return r;
 }
 
+std::string joinLines(const LineText& t, long begin, long end, std::string_view separator)
+{
+    std::string s;
+    for (long i = begin; i < end; ++i) {
+        if (i > begin)
+            s += separator;
+        s += t.line(static_cast<std::size_t>(i));
+    }
+    return s;
+}
+
 std::string oneLine(std::string_view s)
 {
     std::string out(s);

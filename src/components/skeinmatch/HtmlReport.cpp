@@ -175,17 +175,6 @@ std::string describe(const DiffRecord& r)
         + lineList(r.rightFirst, r.rightLast);
 }
 
-std::string sectionText(const LineText& t, long begin, long end)
-{
-    std::string s;
-    for (long i = begin; i < end; ++i) {
-        if (i > begin)
-            s += '\n';
-        s += t.line(static_cast<std::size_t>(i));
-    }
-    return s;
-}
-
 // Styles per token of one changed section.
 void tokenStyles(const WordDiff& w, std::vector<Style>& sa, std::vector<Style>& sb)
 {
@@ -606,8 +595,8 @@ void HtmlWriter::changeByLines(const RecordSpan& s, const std::vector<std::strin
 // A changed section too large to pair line by line: one token stream.
 void HtmlWriter::changeAsStream(const RecordSpan& s)
 {
-    const std::string ta = sectionText(a_, s.aBegin, s.aEnd);
-    const std::string tb = sectionText(b_, s.bBegin, s.bEnd);
+    const std::string ta = joinLines(a_, s.aBegin, s.aEnd, "\n");
+    const std::string tb = joinLines(b_, s.bBegin, s.bEnd, "\n");
     const WordDiff w = diffWords(ta, tb);
     std::vector<Style> sa, sb;
     tokenStyles(w, sa, sb);

@@ -44,6 +44,9 @@ void showFinalLineEnds(std::vector<RecordSpan>& spans, const LineText& a, const 
 // A title fit for one line: line ends become blanks.
 std::string oneLine(std::string_view s);
 
+// Lines [begin, end) of a text, the separator between them.
+std::string joinLines(const LineText& t, long begin, long end, std::string_view separator);
+
 bool writeHtmlReport(BufferedOut& out, const ReportInput& in, bool sideBySide);
 bool writeUnifiedReport(BufferedOut& out, const ReportInput& in);
 bool writeCsvReport(BufferedOut& out, const ReportInput& in);

@@ -60,17 +60,6 @@ void csvField(BufferedOut& out, std::string_view s)
     out.put('"');
 }
 
-std::string joinedLines(const LineText& t, long begin, long end)
-{
-    std::string s;
-    for (long i = begin; i < end; ++i) {
-        if (i > begin)
-            s += "\r\n";
-        s += t.line(static_cast<std::size_t>(i));
-    }
-    return s;
-}
-
 } // namespace
 
 bool writeUnifiedReport(BufferedOut& out, const ReportInput& in)
@@ -173,9 +162,9 @@ bool writeCsvReport(BufferedOut& out, const ReportInput& in)
         out.put(',');
         out.number(r.rightLast);
         out.put(',');
-        csvField(out, joinedLines(a, s.aBegin, s.aEnd));
+        csvField(out, joinLines(a, s.aBegin, s.aEnd, "\r\n"));
         out.put(',');
-        csvField(out, joinedLines(b, s.bBegin, s.bEnd));
+        csvField(out, joinLines(b, s.bBegin, s.bEnd, "\r\n"));
         out.put("\r\n");
     }
     return true;
