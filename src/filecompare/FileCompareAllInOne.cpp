@@ -76,11 +76,8 @@ void frmCompareFiles::UpdateChangesToRTFFileAIO()
                 docAIODiff.SetLastCharLocationOfParagraph(lf, lengthBefore + 1);
         } else if (kind == filecompare::kKindDeletion) {
             ++mlDeletionCount;
-            const DiffFormat f = filecompare::DeletionFormat(moFileOptions);
-            docAIODiff.ColorizeParagraphs(lf, ll, f.color, f.backColor, f.bold, f.underline, f.strikeout, f.italic);
-            docAIODiff.SelectParagraphs(lf, ll, true);
-            rtbDeletions->setSelStart(0);
-            rtbDeletions->setSelRTF(rtbAIODiff->SelRTF());
+            filecompare::ColorizeWholeSection(docAIODiff, rtbAIODiff, lf, ll, filecompare::DeletionFormat(moFileOptions),
+                                              rtbDeletions);
         } else if (kind == filecompare::kKindChange) {
             ++mlChangeCount;
             ColorizeParagraphsInRTB_AIO(lf, ll, rf, rl);

@@ -7,6 +7,7 @@
 #include <cstdint>
 
 class RichTextBox;
+class clsRTBDocument;
 
 namespace filecompare {
 
@@ -47,6 +48,11 @@ inline DiffFormat ChangeFormatModified(const clsCompareFileOptions& o)
 
 // Gives the selection of a box the format, then empties the selection.
 void FormatSelection(RichTextBox* rtb, const DiffFormat& f);
+
+// Gives paragraphs first..last of a rendered pane the format whole, and puts
+// a copy of them at the top of a filtered box (additions, deletions).
+void ColorizeWholeSection(clsRTBDocument& doc, RichTextBox* pane, qint32 first, qint32 last, const DiffFormat& f,
+                          RichTextBox* filtered);
 
 // Kinds of difference records, as character codes.
 inline constexpr int kKindAddition = 'a';

@@ -80,20 +80,12 @@ void frmCompareFiles::UpdateChangesToRTFFile_SBS()
                                   + lineBreak);
         } else if (kind == filecompare::kKindDeletion) {
             ++mlDeletionCount;
-            const DiffFormat f = filecompare::DeletionFormat(moFileOptions);
-            docOriginalDiff.ColorizeParagraphs(lf, ll, f.color, f.backColor, f.bold, f.underline, f.strikeout,
-                                               f.italic);
-            docOriginalDiff.SelectParagraphs(lf, ll, true);
-            rtbDeletions->setSelStart(0);
-            rtbDeletions->setSelRTF(rtbOriginalDiff->SelRTF());
+            filecompare::ColorizeWholeSection(docOriginalDiff, rtbOriginalDiff, lf, ll,
+                                              filecompare::DeletionFormat(moFileOptions), rtbDeletions);
         } else if (kind == filecompare::kKindAddition) {
             ++mlAdditionCount;
-            const DiffFormat f = filecompare::AdditionFormat(moFileOptions);
-            docModifiedDiff.ColorizeParagraphs(rf, rl, f.color, f.backColor, f.bold, f.underline, f.strikeout,
-                                               f.italic);
-            docModifiedDiff.SelectParagraphs(rf, rl, true);
-            rtbAdditions->setSelStart(0);
-            rtbAdditions->setSelRTF(rtbModifiedDiff->SelRTF());
+            filecompare::ColorizeWholeSection(docModifiedDiff, rtbModifiedDiff, rf, rl,
+                                              filecompare::AdditionFormat(moFileOptions), rtbAdditions);
         }
         Sleep(0);
     });
@@ -209,6 +201,15 @@ void frmCompareFiles::FormatWordRange(RichTextBox* rtb, qint32 lFromWord, qint32
     rtb->setSelStart(lFirst - 1);
     rtb->setSelLength(qMax(0, lLast - lFirst + 1));
     filecompare::FormatSelection(rtb, {lColor, lBackColor, bBold, bUnderline, bStrikeout, bItalic});
+}
+
+void filecompare::ColorizeWholeSection(clsRTBDocument& doc, RichTextBox* pane, qint32 first, qint32 last,
+                                       const DiffFormat& f, RichTextBox* filtered)
+{
+    doc.ColorizeParagraphs(first, last, f.color, f.backColor, f.bold, f.underline, f.strikeout, f.italic);
+    doc.SelectParagraphs(first, last, true);
+    filtered->setSelStart(0);
+    filtered->setSelRTF(pane->SelRTF());
 }
 
 void filecompare::FormatSelection(RichTextBox* rtb, const DiffFormat& f)
