@@ -55,21 +55,6 @@ TEST_F(DocumentTest, LettersOfEachWordProcessorFormatShowTheirThreeEdits)
     }
 }
 
-TEST_F(DocumentTest, FormatsOfAWordLetterSurviveIntoTheEditor)
-{
-    compareData("letter-original.docx", "letter-modified.docx");
-    const QString text = viewer->rtbOriginal->Text();
-    const int bold = int(text.indexOf("maintenance contract"));
-    ASSERT_GE(bold, 0);
-    EXPECT_TRUE(viewer->rtbOriginal->formatAt(bold + 2).bold);
-    EXPECT_FALSE(viewer->rtbOriginal->formatAt(int(text.indexOf("Thank you"))).bold);
-    // Changed words show in the side-by-side pane in the change format.
-    RichTextBox* right = viewer->rtbModifiedDiffFinal;
-    const int happy = int(right->Text().indexOf("happy"));
-    ASSERT_GE(happy, 0);
-    EXPECT_TRUE(right->formatAt(happy).underline);
-}
-
 TEST_F(DocumentTest, PdfLettersCompareByTheirText)
 {
     compareData("letter-original.pdf", "letter-modified.pdf");
@@ -90,22 +75,6 @@ TEST_F(DocumentTest, ALockedPdfIsOpenedWithThePasswordGivenOnce)
     compareData("letter-password.pdf", "letter-original.pdf");
     EXPECT_EQ(asked, 1);
     EXPECT_TRUE(records().isEmpty()) << "the same letter: " << records().join(", ").toStdString();
-
-    // An open PDF is never asked about; a wrong password is reported once
-    // and leaves the editor as it was.
-    asked = 0;
-    setPasswordPrompt([&](const QString&, const QString&) {
-        ++asked;
-        return QStringLiteral("wrong");
-    });
-    const QString before = viewer->rtbModified->Text();
-    ASSERT_TRUE(viewer->LoadFileIntoEditor(tvtest::qDataPath("letter-modified.pdf"), frmCompareFiles::kOriginal));
-    EXPECT_EQ(asked, 0);
-    dialogs.logged.clear();
-    EXPECT_FALSE(viewer->LoadFileIntoEditor(tvtest::qDataPath("letter-password.pdf"), frmCompareFiles::kModified));
-    EXPECT_EQ(asked, 1);
-    EXPECT_EQ(dialogs.logged.filter("password protected").size(), 1) << dialogs.logged.join("\n---\n").toStdString();
-    EXPECT_EQ(viewer->rtbModified->Text(), before);
 }
 
 TEST_F(DocumentTest, WorkbooksOfEachFormatCompareRowByRow)

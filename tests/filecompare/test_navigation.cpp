@@ -197,18 +197,6 @@ TEST_F(NavigationTest, GoToWithoutDifferencesSaysSoThoughItsButtonIsOff)
     EXPECT_FALSE(asked);
 }
 
-TEST_F(NavigationTest, NavigationKeysAreTheOnesTheTipsName)
-{
-    auto key = [this](const char* name) { return viewer->findChild<QAction*>(name)->shortcut(); };
-    EXPECT_EQ(key("mnuShowNextDifference"), QKeySequence(Qt::Key_F7));
-    EXPECT_EQ(key("mnuShowPreviousDifference"), QKeySequence(Qt::SHIFT | Qt::Key_F7));
-    EXPECT_EQ(key("mnuShowLastDifference"), QKeySequence(Qt::CTRL | Qt::Key_F7));
-    EXPECT_EQ(key("mnuShowFirstDifference"), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_F7));
-    EXPECT_EQ(key("mnuShowDifferenceSelected"), QKeySequence(Qt::Key_F4));
-    EXPECT_EQ(key("mnuToggleView"), QKeySequence(Qt::Key_F6));
-    EXPECT_EQ(key("mnuReport"), QKeySequence(Qt::Key_F2));
-}
-
 TEST_F(NavigationTest, PanelOneShowsRowAndColumnOfTheActiveEditor)
 {
     compare(textFile("a.txt", {"first line", "second line"}), textFile("b.txt", {"first line", "other"}));

@@ -167,19 +167,4 @@ TEST_F(ReportTest, AFailedReportIsStillLaunched)
     EXPECT_EQ(launched.requests, QStringList({"document:" + missing}));
 }
 
-TEST_F(ReportTest, FileButtonsFillTheirBoxAndACancelEmptiesIt)
-{
-    dialogs.nextFile = "/chosen/report.csv";
-    viewer->cmdSelectReportFolderDefaultCSV->click();
-    EXPECT_EQ(viewer->txtDefaultReportCSV->text(), "/chosen/report.csv");
-    ASSERT_EQ(dialogs.filePicks.size(), 1u);
-    EXPECT_EQ(dialogs.filePicks[0].title, "Report Folder CSV");
-    dialogs.nextFile.clear();
-    viewer->cmdSelectReportFolderDefaultHTM->click();
-    EXPECT_EQ(viewer->txtDefaultReportHTM->text(), "");
-    EXPECT_EQ(dialogs.filePicks[1].title, "Report Folder HTM");
-    viewer->cmdSelectReportFolderDefaultTXT->click();
-    EXPECT_EQ(dialogs.filePicks[2].title, "Report Folder TXT");
-}
-
 } // namespace

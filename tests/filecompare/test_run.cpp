@@ -342,17 +342,6 @@ TEST_F(RunTest, AllInOneMergesTheTwoDocuments)
     EXPECT_EQ(aio->SelText(), "new line");
 }
 
-TEST_F(RunTest, AnAdditionAtTheTopGoesInFrontOfTheFirstParagraph)
-{
-    viewer->cmdChangeViewFormat->setText(frmCompareFiles::kViewSideBySide);
-    compare(textFile("a.txt", {"one", "two"}), textFile("b.txt", {"zero", "one", "two"}));
-    EXPECT_EQ(records(), QStringList({"a 0 0 1 1"}));
-    EXPECT_EQ(viewer->rtbAIODiff->Text(), "zero\none\ntwo");
-    viewer->docAIODiff.SelectParagraphs(1, 1, false);
-    EXPECT_EQ(viewer->rtbAIODiff->SelText(), "one");
-    EXPECT_EQ(viewer->PanelText(3), "[1] Addition of 1 line at paragraph: 0");
-}
-
 TEST_F(RunTest, OneTimeQuestionsAreAskedOnceAndActOnYes)
 {
     viewer->cbSelectOriginal->setEditText(dir.qpath() + "/report.doc");

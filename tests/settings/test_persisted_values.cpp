@@ -60,17 +60,6 @@ TEST_F(PersistedValueTest, OnlyFalseInAnyCaseReadsAsFalse)
     EXPECT_FALSE(missing.Data());
 }
 
-TEST_F(PersistedValueTest, BooleanWritesTrueAndFalseInCapitals)
-{
-    clsVarBoolean b("bIgnoreCase", false);
-    b = true;
-    b.SaveStateToFile(ini, "S");
-    clsVarBoolean c("bQuickCompare", true);
-    c = false;
-    c.SaveStateToFile(ini, "S");
-    EXPECT_EQ(readFile(iniPath), "[S]\nbIgnoreCase=TRUE\nbQuickCompare=FALSE\n");
-}
-
 TEST_F(PersistedValueTest, LongThatIsNoNumberFailsAndKeepsItsValue)
 {
     writeFile(iniPath, "[S]\nok= -12 \nbad=12abc\nempty=\n");
@@ -96,34 +85,29 @@ TEST_F(PersistedValueTest, LongThatIsNoNumberFailsAndKeepsItsValue)
     }
 }
 
-TEST_F(PersistedValueTest, LongWritesPlainDecimal)
+TEST_F(PersistedValueTest, WritesAndReportLines)
 {
-    clsVarLong l("lViewAdditionForeColor", 0);
-    for (qint32 v : {32768, -2147483647 - 1, 0}) {
-        l = v;
-        l.SaveStateToFile(ini, "S");
-        EXPECT_EQ(IniReadString(ini, "S", "lViewAdditionForeColor", ""), QString::number(v));
-        clsVarLong back("lViewAdditionForeColor", 1);
-        back.LoadStateFromFile(ini, "S");
-        EXPECT_EQ(back.Data(), v);
-    }
-}
-
-TEST_F(PersistedValueTest, ReportLinePrintsBooleansInMixedCase)
-{
-    clsVarBoolean b("bIgnoreCase", false);
-    b = true;
+    clsVarBoolean yes("bIgnoreCase", false), no("bQuickCompare", true);
+    yes = true;
+    no = false;
     clsVarLong l("lLineBracket", 1);
-    l = -3;
+    l = -2147483647 - 1;
     clsVarString s("sExtension", "*.*");
     s = "*.txt";
+    for (const clsVarBase* v : std::initializer_list<const clsVarBase*>{&yes, &no, &l, &s})
+        v->SaveStateToFile(ini, "S");
+    EXPECT_EQ(readFile(iniPath), "[S]\nbIgnoreCase=TRUE\nbQuickCompare=FALSE\nlLineBracket=-2147483648\n"
+                                 "sExtension=*.txt\n");
+    clsVarLong back("lLineBracket", 1);
+    back.LoadStateFromFile(ini, "S");
+    EXPECT_EQ(back.Data(), l.Data());
+
     QString text;
     QTextStream out(&text);
-    b.CreateReport_ActiveData(out);
-    l.CreateReport_ActiveData(out);
-    s.CreateReport_ActiveData(out);
+    for (const clsVarBase* v : std::initializer_list<const clsVarBase*>{&yes, &l, &s})
+        v->CreateReport_ActiveData(out);
     out.flush();
-    EXPECT_EQ(text, "   bIgnoreCase = True\n   lLineBracket = -3\n   sExtension = *.txt\n");
+    EXPECT_EQ(text, "   bIgnoreCase = True\n   lLineBracket = -2147483648\n   sExtension = *.txt\n");
 }
 
 } // namespace

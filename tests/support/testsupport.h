@@ -3,7 +3,9 @@
 
 #include <QString>
 #include <QTemporaryDir>
+#include <chrono>
 #include <string>
+#include <thread>
 
 namespace tvtest {
 
@@ -29,5 +31,19 @@ public:
 private:
     QTemporaryDir dir_;
 };
+
+// Waits for a background run (anything with InProgress()) to end; false
+// when it is still going after `seconds`.
+template <class Engine>
+bool waitIdle(const Engine& engine, int seconds = 60)
+{
+    const auto until = std::chrono::steady_clock::now() + std::chrono::seconds(seconds);
+    while (engine.InProgress()) {
+        if (std::chrono::steady_clock::now() > until)
+            return false;
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    return true;
+}
 
 } // namespace tvtest

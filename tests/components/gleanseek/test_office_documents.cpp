@@ -6,12 +6,10 @@
 
 #include <gtest/gtest.h>
 
-#include <chrono>
 #include <filesystem>
 #include <map>
 #include <mutex>
 #include <sstream>
-#include <thread>
 
 using namespace gleanseek;
 namespace fs = std::filesystem;
@@ -31,21 +29,7 @@ struct Errors : GleanseekEvents {
 void runSearch(Gleanseek& g)
 {
     g.StartSearch();
-    const auto until = std::chrono::steady_clock::now() + std::chrono::seconds(120);
-    while (g.InProgress() && std::chrono::steady_clock::now() < until)
-        std::this_thread::sleep_for(std::chrono::milliseconds(5));
-    ASSERT_FALSE(g.InProgress());
-}
-
-// 1-based number of the first line of `text` that contains `needle`.
-int lineOf(const std::string& text, const std::string& needle)
-{
-    std::istringstream in(text);
-    std::string line;
-    for (int n = 1; std::getline(in, line); ++n)
-        if (line.find(needle) != std::string::npos)
-            return n;
-    return 0;
+    ASSERT_TRUE(tvtest::waitIdle(g, 120));
 }
 
 std::string lineAt(const std::string& text, int number)
@@ -98,9 +82,7 @@ TEST(OfficeDocuments, WordProcessorFilesAndPdfAreSearchedInTheirText)
         // The viewer shows the hit's line from the same extracted text.
         const std::string demo = viewer.file("DemoTemp.TXT");
         ASSERT_TRUE(g.ExtractText(hit.sFile, demo));
-        const std::string text = tvtest::readFile(demo);
-        EXPECT_EQ(lineOf(text, "WH-2024-117"), hit.lLine);
-        EXPECT_EQ(lineAt(text, hit.lLine), hit.sItem);
+        EXPECT_EQ(lineAt(tvtest::readFile(demo), hit.lLine), hit.sItem);
     }
 
     // Without the option the same files give nothing: zipped, compressed or

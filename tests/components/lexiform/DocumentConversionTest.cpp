@@ -20,11 +20,6 @@ using tvtest::dataPath;
 
 namespace {
 
-QString q(const std::string& s)
-{
-    return QString::fromStdString(s);
-}
-
 // The run holding `needle`, from a document read back from RTF.
 const Run* runWith(const Document& doc, const QString& needle)
 {

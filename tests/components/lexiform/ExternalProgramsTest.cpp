@@ -18,11 +18,6 @@ using tvtest::dataPath;
 
 namespace {
 
-QString q(const std::string& s)
-{
-    return QString::fromStdString(s);
-}
-
 // PATH holds only a folder of fake programs while the object lives.
 class FakePrograms {
 public:

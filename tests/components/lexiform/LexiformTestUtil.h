@@ -14,6 +14,11 @@ namespace lexiformtest {
 
 using Members = std::vector<std::pair<std::string, std::string>>;
 
+inline QString q(const std::string& s)
+{
+    return QString::fromStdString(s);
+}
+
 // Writes a zip file holding the given members, deflated.
 void writeZip(const std::string& path, const Members& members);
 

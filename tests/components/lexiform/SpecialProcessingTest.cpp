@@ -15,11 +15,6 @@ using tvtest::dataPath;
 
 namespace {
 
-QString q(const std::string& s)
-{
-    return QString::fromStdString(s);
-}
-
 std::vector<std::string> linesOf(const std::string& text)
 {
     std::vector<std::string> out;

@@ -16,11 +16,6 @@ using tvtest::dataPath;
 
 namespace {
 
-QString q(const std::string& s)
-{
-    return QString::fromStdString(s);
-}
-
 // Numbers compare by value: the binary workbook reader knows no display
 // formats, so 9.80 may come out as 9.8, and a date that a formula computes
 // comes out as its day number.

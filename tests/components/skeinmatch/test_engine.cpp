@@ -55,44 +55,32 @@ std::vector<Rec> compare(const std::string& a, const std::string& b,
     return compareFiles(e, a, b);
 }
 
-// The word file that the viewer writes for a section: one token per line,
-// a token ending at a line feed, blank or bell, which it keeps, and each
-// printed with CR LF.
-std::string wordLines(const std::string& text)
-{
-    std::string out, token;
-    for (char c : text) {
-        token += c;
-        if (c == '\n' || c == ' ' || c == '\a') {
-            out += token + "\r\n";
-            token.clear();
-        }
-    }
-    if (!token.empty())
-        out += token + "\r\n";
-    return out;
-}
-
 } // namespace
 
-TEST(EngineContract, IdenticalFilesGiveNoRecords)
+TEST(EngineContract, RecordsAnchorAtTheEdgesAndLineEndsFollowTheFileRules)
 {
-    EXPECT_TRUE(compare("a\nb\nc\n", "a\nb\nc\n").empty());
-    EXPECT_TRUE(compare("", "").empty());
-}
-
-TEST(EngineContract, AdditionAnchorsAtTopAndBottom)
-{
-    EXPECT_EQ(compare("a\nb\n", "new\na\nb\n"), (std::vector<Rec>{{'a', 0, 0, 1, 1}}));
-    EXPECT_EQ(compare("a\nb\n", "a\nb\nx\ny\n"), (std::vector<Rec>{{'a', 2, 2, 3, 4}}));
-    EXPECT_EQ(compare("a\nb\n", "b\n"), (std::vector<Rec>{{'d', 1, 1, 0, 0}}));
-    EXPECT_EQ(compare("a\nb\n", "a\n"), (std::vector<Rec>{{'d', 2, 2, 1, 1}}));
-}
-
-TEST(EngineContract, EmptyOriginalAgainstLinesIsOneAddition)
-{
-    EXPECT_EQ(compare("", "1\n2\n3\n4\n"), (std::vector<Rec>{{'a', 0, 0, 1, 4}}));
-    EXPECT_EQ(compare("1\n2\n3\n", ""), (std::vector<Rec>{{'d', 1, 3, 0, 0}}));
+    const struct {
+        std::string a, b;
+        std::vector<Rec> expected;
+    } cases[] = {
+        {"a\nb\nc\n", "a\nb\nc\n", {}},
+        {"", "", {}},
+        {"a\nb\n", "new\na\nb\n", {{'a', 0, 0, 1, 1}}},
+        {"a\nb\n", "a\nb\nx\ny\n", {{'a', 2, 2, 3, 4}}},
+        {"a\nb\n", "b\n", {{'d', 1, 1, 0, 0}}},
+        {"a\nb\n", "a\n", {{'d', 2, 2, 1, 1}}},
+        {"", "1\n2\n3\n4\n", {{'a', 0, 0, 1, 4}}},
+        {"1\n2\n3\n", "", {{'d', 1, 3, 0, 0}}},
+        // CR LF and LF compare equal; a final line end adds no line.
+        {"a\r\nb\r\n", "a\nb\n", {}},
+        {"a\nb", "a\nb\n", {}},
+        // A lone "\n" is one empty line; two make two.
+        {"\n", "\n\n", {{'a', 1, 1, 2, 2}}},
+        // A CR that is not in front of a line feed is text.
+        {"a\rb\n", "a\nb\n", {{'c', 1, 1, 1, 2}}},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(compare(c.a, c.b), c.expected) << c.a << "|" << c.b;
 }
 
 TEST(EngineContract, GetDifferenceOutsideTheListLeavesFieldsAlone)
@@ -108,27 +96,9 @@ TEST(EngineContract, GetDifferenceOutsideTheListLeavesFieldsAlone)
     EXPECT_EQ(k + a + b + c + d, 35);
     EXPECT_TRUE(e.GetDifference(0, k, a, b, c, d));
     EXPECT_EQ((Rec{k, a, b, c, d}), (Rec{'c', 1, 1, 1, 1}));
-}
-
-TEST(EngineContract, ListStaysUntilNextCompareAndIsReplacedByIt)
-{
-    Skeinmatch e;
-    compareFiles(e, "a\nb\n", "a\nc\nd\n");
-    auto first = readBack(e);
-    EXPECT_EQ(readBack(e), first);
+    // The list stays until the next compare, which replaces it.
     compareFiles(e, "same\n", "same\n");
     EXPECT_EQ(e.DifferenceCount(), 0);
-}
-
-TEST(EngineInput, LineEndsFollowTheFileRules)
-{
-    // CR LF and LF compare equal; a final line end adds no line.
-    EXPECT_TRUE(compare("a\r\nb\r\n", "a\nb\n").empty());
-    EXPECT_TRUE(compare("a\nb", "a\nb\n").empty());
-    // A lone "\n" is one empty line; two make two.
-    EXPECT_EQ(compare("\n", "\n\n"), (std::vector<Rec>{{'a', 1, 1, 2, 2}}));
-    // A CR that is not in front of a line feed is text.
-    EXPECT_EQ(compare("a\rb\n", "a\nb\n"), (std::vector<Rec>{{'c', 1, 1, 1, 2}}));
 }
 
 TEST(EngineInput, BinaryAndBrokenTextComparesAsBytes)
@@ -282,38 +252,6 @@ TEST(EngineOptions, PropertiesReachTheCompare)
     EXPECT_EQ(larger, (std::vector<Rec>{{'c', 1, 3, 1, 3}}));
     auto faster = compare(a, b, [](Skeinmatch& e) { e.setCompareFaster(true); });
     EXPECT_EQ(faster.size(), 2u);
-}
-
-TEST(EngineWordFiles, WordsOfASectionCompareAsLines)
-{
-    // The section compare: word n of the text is line n of the word file.
-    Skeinmatch mini;
-    mini.setIgnoreEmptyLines(false);
-    auto recs = compareFiles(mini, wordLines("the quick brown fox"), wordLines("the quick red fox"));
-    EXPECT_EQ(recs, (std::vector<Rec>{{'c', 3, 3, 3, 3}}));
-
-    // A paragraph end in the text is a CR LF: the word before it, then an
-    // empty token. An extra paragraph end is so two more words, two more
-    // lines; empty tokens of two blanks in a row count too.
-    auto two = compareFiles(mini, wordLines("one two\r\nthree"), wordLines("one two\r\n\r\nthree"));
-    EXPECT_EQ(two, (std::vector<Rec>{{'a', 3, 3, 4, 5}}));
-    auto blanks = compareFiles(mini, wordLines("a  b"), wordLines("a b"));
-    EXPECT_EQ(blanks, (std::vector<Rec>{{'d', 2, 2, 1, 1}}));
-}
-
-TEST(EngineWordFiles, TrailingBlankBelongsToTheWord)
-{
-    // "fox " (inside the text) and "fox" (at its end) are different tokens,
-    // unless whitespace is ignored.
-    Skeinmatch mini;
-    auto recs = compareFiles(mini, wordLines("fox jumps"), wordLines("jumps fox"));
-    EXPECT_EQ(recs, (std::vector<Rec>{{'c', 1, 2, 1, 2}}));
-    mini.setIgnoreWhitespace(true);
-    compareFiles(mini, wordLines("fox jumps"), wordLines("jumps fox"));
-    EXPECT_EQ(changedLines(mini.records()), 2);
-    mini.setIgnoreWhitespace(false);
-    mini.setIgnoreCase(true);
-    EXPECT_TRUE(compareFiles(mini, wordLines("The Fox\r\n"), wordLines("the FOX\r\n")).empty());
 }
 
 TEST(EngineParallel, LargeInputGivesTheSameRecordsOnOneOrTwoThreads)

@@ -175,15 +175,6 @@ TEST(HtmlReport, EditedLinesOfAChangeFaceEachOther)
               std::string::npos);
 }
 
-TEST(HtmlReport, EmptyTitlesFallBackToFileNames)
-{
-    Pair p("a\n", "b\n");
-    p.engine.CompareFiles();
-    std::string html = p.report(1, 2);
-    EXPECT_NE(html.find(p.dir.file("original.txt")), std::string::npos);
-    EXPECT_NE(html.find(p.dir.file("modified.txt")), std::string::npos);
-}
-
 TEST(HtmlReport, LongEqualStretchesAreFolded)
 {
     std::string a, b;

@@ -1,15 +1,7 @@
-// The about box: version caption, the six-step animation, its buttons, and
-// how the frame's Help menu shows it.
+// The about box: version caption and the six-step animation.
 
-#include "settings/IniStore.h"
-#include "shell/core/modGlobal.h"
 #include "shell/frmAbout.h"
-#include "shell/frmMainMDI.h"
-#include "shell/modModalDialog.h"
 #include "support/qstring_print.h"
-#include "support/recordingdialogs.h"
-#include "support/recordinglauncher.h"
-#include "support/testsupport.h"
 
 #include <QLabel>
 #include <QPushButton>
@@ -51,38 +43,6 @@ TEST(About, TheVaneTurnsInSixStepsAndStartsOver)
     about.cmdDone->click();
     EXPECT_FALSE(about.isVisible());
     EXPECT_FALSE(about.Timer1->isActive());
-}
-
-TEST(About, ButtonsOpenTheMakersPages)
-{
-    tvtest::RecordingLauncher launched;
-    frmAbout about;
-    about.cmdWWWMerrowgate->click();
-    about.cmdMailToProductName->click();
-    EXPECT_EQ(launched.requests, QStringList({"url:https://www.merrowgate.example/tallyvane",
-                                              "url:mailto:support@merrowgate.example"}));
-}
-
-TEST(About, TheHelpMenuShowsTheBoxModally)
-{
-    tvtest::TempDir dir;
-    tvtest::RecordingDialogs dialogs;
-    const QString savedIni = gsIniFile;
-    gsIniFile = dir.qpath() + "/Tallyvane.INI";
-    QString title;
-    bool modal = false;
-    const ModalRunner previous = setModalRunner([&](QDialog& d) {
-        title = d.windowTitle();
-        modal = d.isModal();
-    });
-    {
-        frmMainMDI frame;
-        frame.mnuAbout_Click();
-    }
-    setModalRunner(previous);
-    gsIniFile = savedIni;
-    EXPECT_EQ(title, "About Tallyvane");
-    EXPECT_TRUE(modal);
 }
 
 } // namespace

@@ -8,12 +8,10 @@
 #include "settings/clsMRU.h"
 #include "shell/core/modGlobal.h"
 #include "shell/frmMainMDI.h"
-#include "shell/frmPleaseWait.h"
 #include "shell/modPickFile.h"
 #include "shell/modUtilityForm.h"
 #include "support/qstring_print.h"
 #include "support/recordingdialogs.h"
-#include "support/recordinglauncher.h"
 #include "support/testsupport.h"
 
 #include <QComboBox>
@@ -222,18 +220,6 @@ TEST_F(FrameTest, WindowCommandsArrangeTheViewers)
     EXPECT_EQ(subs[0]->height() + subs[1]->height(), area.height());
 }
 
-TEST_F(FrameTest, HelpEntriesGoThroughTheLauncher)
-{
-    main("numCFForms", "0");
-    load();
-    tvtest::RecordingLauncher launcher;
-    frame->mnuHelpFile_Click();
-    frame->mnuProductHomePage_Click();
-    ASSERT_EQ(launcher.requests.size(), 2);
-    EXPECT_EQ(launcher.requests[0], "manual:");
-    EXPECT_TRUE(launcher.requests[1].startsWith("url:https://"));
-}
-
 // --- window routines ---------------------------------------------------------------------
 
 TEST(FormPlacement, MaximisedKeepsTheNormalRectangleAndBadValuesChangeNothing)
@@ -329,27 +315,6 @@ TEST(Pickers, TheTitleDecidesSaveOrOpenAndFiltersMatchEitherCase)
     PickFolder(nullptr, "/");
     EXPECT_EQ(startSeen, "/");
     setFolderPicker(previous);
-}
-
-TEST(PleaseWait, EscapeAbortsTheBoundViewerAndClosesTheWindow)
-{
-    tvtest::TempDir dir;
-    const QString saved = gsIniFile;
-    gsIniFile = dir.qpath() + "/t.INI";
-    {
-        frmCompareFiles viewer;
-        frmPleaseWait wait;
-        wait.Setup(&viewer);
-        wait.ShowNonModal();
-        EXPECT_EQ(wait.Label8->text(), "Please wait while comparison is being done...");
-        QTest::keyClick(&wait, Qt::Key_Return);
-        EXPECT_FALSE(viewer.mbAbort);
-        EXPECT_TRUE(wait.isVisible());
-        QTest::keyClick(&wait, Qt::Key_Escape);
-        EXPECT_TRUE(viewer.mbAbort);
-        EXPECT_FALSE(wait.isVisible());
-    }
-    gsIniFile = saved;
 }
 
 TEST_F(FrameTest, AFirstStartGivesTheFrameMostOfTheScreenAndALaterOneItsOwnPlace)

@@ -1,6 +1,5 @@
 // The command line: switches and their globals, the positional form, path
-// rules, validation messages and their order, the log file, and the program's
-// own --help and --version.
+// rules, validation messages and their order, and the log file.
 
 #include "shell/core/modGlobal.h"
 #include "shell/core/modParseCommandLine.h"
@@ -10,7 +9,6 @@
 
 #include <QDir>
 #include <QFileInfo>
-#include <QProcess>
 #include <gtest/gtest.h>
 
 using tvtest::readFile;
@@ -230,74 +228,6 @@ TEST(CommandLineInfo, HelpAndVersionAreFoundBeforeAnythingElse)
     EXPECT_EQ(HelpOrVersionRequested({"--version", "--help"}), InfoRequest::Version);
     EXPECT_EQ(HelpOrVersionRequested({"--", "--help"}), InfoRequest::None);
     EXPECT_EQ(HelpOrVersionRequested({"-help"}), InfoRequest::None);
-}
-
-// The built program, run the way a script would run it: no display.
-class Program : public ::testing::Test {
-protected:
-    struct Result {
-        int exitCode;
-        QString out, err;
-    };
-    Result run(const QStringList& args)
-    {
-        QProcess p;
-        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-        env.remove("DISPLAY");
-        env.remove("WAYLAND_DISPLAY");
-        env.remove("QT_QPA_PLATFORM");
-        p.setProcessEnvironment(env);
-        p.setWorkingDirectory(dir.qpath());
-        p.start(QString::fromStdString(tvtest::binaryPath("tallyvane")), args);
-        if (!p.waitForFinished(30000))
-            return {-1, {}, {}};
-        return {p.exitStatus() == QProcess::NormalExit ? p.exitCode() : -2,
-                QString::fromLocal8Bit(p.readAllStandardOutput()),
-                QString::fromLocal8Bit(p.readAllStandardError())};
-    }
-    QStringList errLines(const Result& r)
-    {
-        // Qt may add warnings of its own; keep the program's lines.
-        QStringList lines;
-        for (const QString& l : r.err.split('\n', Qt::SkipEmptyParts))
-            if (!l.startsWith("QStandardPaths"))
-                lines << l;
-        return lines;
-    }
-    tvtest::TempDir dir;
-};
-
-TEST_F(Program, HelpAndVersion)
-{
-    const Result help = run({"--help"});
-    EXPECT_EQ(help.exitCode, 0);
-    EXPECT_TRUE(help.out.startsWith("Usage: tallyvane")) << help.out.toStdString();
-    EXPECT_TRUE(help.out.contains("  -M PATH"));
-
-    const Result version = run({"-V", "--version"});
-    EXPECT_EQ(version.exitCode, 0);
-    EXPECT_EQ(version.out, QString("tallyvane ") + TALLYVANE_VERSION + "\n");
-    EXPECT_TRUE(version.err.isEmpty()) << version.err.toStdString();
-}
-
-TEST_F(Program, BadArgumentsAreReportedInOrderWithoutADisplay)
-{
-    const Result r = run({"-V"});
-    EXPECT_EQ(r.exitCode, 0);
-    EXPECT_EQ(errLines(r), (QStringList{"Invalid Source file specified", "Invalid Master file specified",
-                                        "Missing required command line argument(s)"}));
-
-    const Result logged = run({"-Lrun.log", "missing.txt", "gone.txt"});
-    EXPECT_EQ(logged.exitCode, 0);
-    EXPECT_TRUE(errLines(logged).isEmpty()) << logged.err.toStdString();
-    EXPECT_EQ(readFile(dir.file("run.log")), "Missing required command line argument(s)\n");
-}
-
-TEST_F(Program, InteractiveStartNeedsADisplay)
-{
-    const Result r = run({});
-    EXPECT_EQ(r.exitCode, 2);
-    EXPECT_TRUE(r.err.contains("display")) << r.err.toStdString();
 }
 
 } // namespace
