@@ -21,28 +21,6 @@ protected:
     }
 };
 
-TEST_F(LoadPipelineTest, TextFilesOfEveryConventionArriveAsTheirText)
-{
-    for (const char* name : {"text-lf-original.txt", "text-crlf-original.txt", "latin1-original.txt",
-                             "utf16le-original.txt"}) {
-        ASSERT_TRUE(viewer->LoadOriginalFile(fixture(name))) << name;
-        const QString want = name == std::string("text-lf-original.txt")
-                           ? QString::fromUtf8(tvtest::readFile(tvtest::dataPath(name)))
-                           : expected(name);
-        EXPECT_EQ(viewer->rtbOriginal->Text(), want) << name;
-    }
-}
-
-TEST_F(LoadPipelineTest, FixturePairsCompareThroughThePipeline)
-{
-    compare(fixture("text-lf-original.txt"), fixture("text-lf-modified.txt"));
-    const QStringList lf = records();
-    EXPECT_EQ(lf, QStringList({"c 4 4 4 4", "d 6 6 5 5", "a 8 8 8 8"}));
-    // The CR LF copies of the same texts give the same records.
-    compare(fixture("text-crlf-original.txt"), fixture("text-crlf-modified.txt"));
-    EXPECT_EQ(records(), lf);
-}
-
 TEST_F(LoadPipelineTest, TheRtfLetterKeepsItsFormatsAndShowsItsThreeDifferences)
 {
     compare(fixture("letter-original.rtf"), fixture("letter-modified.rtf"));

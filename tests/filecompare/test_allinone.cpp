@@ -1,6 +1,6 @@
 // The all-in-one view at the edges of a document: additions behind the last
 // paragraph, changes in it, change records without word differences, and
-// documents that only lose text. Each checks the merged text, its formats
+// several kinds at once. Each checks the merged text, its formats
 // and that paragraph numbers of the Original still find their paragraphs.
 
 #include "filecompare/viewer_fixture.h"
@@ -75,19 +75,6 @@ TEST_F(AllInOneTest, AChangeWithoutWordDifferencesKeepsItsOwnText)
     EXPECT_FALSE(aio()->formatAt(at("one")).bold);
     EXPECT_FALSE(aio()->formatAt(at("two")).strike);
     EXPECT_EQ(paragraph(3), "stop");
-}
-
-TEST_F(AllInOneTest, OnlyDeletionsLeaveTheOriginalTextAsItIs)
-{
-    const QStringList original{"a", "b", "c", "d", "e"};
-    compare(textFile("a.txt", original), textFile("b.txt", {"a", "c", "e"}));
-    ASSERT_EQ(records(), QStringList({"d 2 2 1 1", "d 4 4 2 2"}));
-    EXPECT_EQ(aio()->Text(), original.join("\n"));
-    EXPECT_EQ(aio()->formatAt(at("b")).foreColor, kBlue);
-    EXPECT_TRUE(aio()->formatAt(at("d")).strike);
-    EXPECT_FALSE(aio()->formatAt(at("c")).strike);
-    EXPECT_EQ(viewer->rtbDeletions->Text(), "b\nd\n");
-    EXPECT_EQ(viewer->mlDeletionCount, 2);
 }
 
 TEST_F(AllInOneTest, SeveralKindsTogetherKeepLaterParagraphsAddressable)

@@ -77,16 +77,6 @@ TEST_F(DocumentTest, ALockedPdfIsOpenedWithThePasswordGivenOnce)
     EXPECT_TRUE(records().isEmpty()) << "the same letter: " << records().join(", ").toStdString();
 }
 
-TEST_F(DocumentTest, WorkbooksOfEachFormatCompareRowByRow)
-{
-    for (const char* ext : {"xlsx", "ods", "xls"}) {
-        compareData(QString("book-original.%1").arg(ext), QString("book-modified.%1").arg(ext));
-        // Row 3 changed; rows 5 and 6 changed with row 7 added behind them.
-        EXPECT_EQ(records(), QStringList({"c 3 3 3 3", "c 5 6 5 7"})) << ext;
-        EXPECT_TRUE(viewer->rtbModified->Text().contains("Quayside Books")) << ext;
-    }
-}
-
 TEST_F(DocumentTest, SheetListsAndFormulasComeFromTheOptions)
 {
     viewer->moFileOptions.sExcelSheetNumberMaster = "2";

@@ -31,21 +31,6 @@ TEST_F(ViewerTest, ANewViewerShowsTheGuide)
     EXPECT_FALSE(viewer->tbAbort->isVisible());
 }
 
-TEST_F(ViewerTest, CompareSelectedTextNeedsASelectionInBothEditors)
-{
-    viewer->rtbOriginal->setText("left text");
-    viewer->rtbModified->setText("right text");
-    viewer->RefreshMenuItems();
-    EXPECT_FALSE(viewer->mnuCompareSelectedText->isEnabled());
-    viewer->rtbOriginal->setSelection(0, 4);
-    viewer->RefreshMenuItems();
-    EXPECT_FALSE(viewer->mnuCompareSelectedText->isEnabled());
-    viewer->rtbModified->setSelection(0, 5);
-    viewer->RefreshMenuItems();
-    EXPECT_TRUE(viewer->mnuCompareSelectedText->isEnabled());
-    EXPECT_TRUE(viewer->mnuPopupCompareSelectedText->isEnabled());
-}
-
 TEST_F(ViewerTest, TheHorizontalDividerStopsAtTheFileRow)
 {
     const int H = viewer->frameCF->height();
@@ -110,27 +95,6 @@ TEST_F(ViewerTest, TheSplitIsKeptInTheViewersSection)
     frmCompareFiles other;
     other.Setup("2_CompareFile", false);
     EXPECT_DOUBLE_EQ(other.dRatioTopEditor, 0.35);
-}
-
-TEST_F(ViewerTest, WordWrapSwitchesTheMarginOfTheShownBoxes)
-{
-    ASSERT_TRUE(viewer->mnuWordWrap->isChecked());
-    viewer->mnuWordWrap->trigger();
-    for (RichTextBox* box : {viewer->rtbOriginal, viewer->rtbModified, viewer->rtbOriginalDiffFinal,
-                             viewer->rtbModifiedDiffFinal, viewer->rtbAIODiff})
-        EXPECT_EQ(box->RightMargin(), 1000000) << box->objectName().toStdString();
-    viewer->mnuWordWrap->trigger();
-    EXPECT_EQ(viewer->rtbOriginal->RightMargin(), 0);
-}
-
-TEST_F(ViewerTest, TheSpinControlMovesBothEditorsAParagraph)
-{
-    compare(textFile("a.txt", {"a1", "a2", "a3"}), textFile("b.txt", {"b1", "b2", "b3"}));
-    viewer->rtbOriginal->setSelStart(0);
-    viewer->rtbModified->setSelStart(0);
-    viewer->ChangeCurrentLine(false);
-    EXPECT_EQ(viewer->rtbOriginal->SelStart(), 3);
-    EXPECT_EQ(viewer->rtbModified->SelStart(), 3);
 }
 
 TEST_F(ViewerTest, TheOptionsPageWritesItsOptionsAndMarksTheViewStale)

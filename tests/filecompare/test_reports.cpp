@@ -4,7 +4,6 @@
 
 #include "filecompare/viewer_fixture.h"
 #include "settings/IniStore.h"
-#include "shell/core/Places.h"
 #include "support/recordinglauncher.h"
 
 #include <QAction>
@@ -31,20 +30,6 @@ protected:
     QString original, modified;
     tvtest::RecordingLauncher launched;
 };
-
-TEST_F(ReportTest, ThePageOffersHtmlAllInOneAndReportsInTheDataFolder)
-{
-    EXPECT_EQ(viewer->SelectedReportFormat(), frmCompareFiles::kReportHTML);
-    EXPECT_EQ(viewer->SelectedReportStyle(), frmCompareFiles::kStyleAllInOne);
-    EXPECT_EQ(viewer->txtDefaultReportHTM->text(), dataFolder() + "/TallyvaneReport.HTM");
-    EXPECT_EQ(viewer->txtDefaultReportTXT->text(), dataFolder() + "/TallyvaneReport.TXT");
-    EXPECT_EQ(viewer->txtDefaultReportCSV->text(), dataFolder() + "/TallyvaneReport.CSV");
-    EXPECT_EQ(viewer->txtReportTitleHTML->text(), "Tallyvane");
-    // The style is asked for only with HTML.
-    EXPECT_TRUE(viewer->frameReportStyle->isEnabled());
-    viewer->rbDefaultReport[2]->setChecked(true);
-    EXPECT_FALSE(viewer->frameReportStyle->isEnabled());
-}
 
 TEST_F(ReportTest, SettingsComeFromTheViewersSectionAndUnknownChoicesAreIgnored)
 {

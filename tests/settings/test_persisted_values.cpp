@@ -35,10 +35,6 @@ TEST_F(PersistedValueTest, DataBeforeLoadIsTheInitialValueNotTheDefault)
     EXPECT_TRUE(b.Data());
     EXPECT_EQ(l.Data(), 7);
     EXPECT_EQ(s.Data(), "Uninitialized");
-
-    clsVarString bare;
-    EXPECT_EQ(bare.Name(), "Not Initialized");
-    EXPECT_EQ(bare.DataDefault(), "Not Initialized");
 }
 
 TEST_F(PersistedValueTest, OnlyFalseInAnyCaseReadsAsFalse)

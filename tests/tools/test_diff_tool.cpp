@@ -125,16 +125,10 @@ TEST(DiffTool, OptionsReachTheEngine)
 TEST(DiffTool, WritesReports)
 {
     Files f("one\ntwo\n", "one\nthree\n");
-    for (int type : {1, 2, 3}) {
-        std::string path = f.dir.file("report" + std::to_string(type));
-        Result r = tool(f.args("--report " + quote(path) + " --type " + std::to_string(type)
-                               + " --title " + quote("My <title>")));
-        EXPECT_EQ(r.status, 1);
-        std::string body = tvtest::readFile(path);
-        const char* expected = type == 1 ? "<title>My &lt;title&gt;</title>"
-            : type == 2                  ? "-two\n+three\n"
-                                         : "1,Change,2,2,2,2,two,three";
-        EXPECT_NE(body.find(expected), std::string::npos) << body;
-    }
+    const std::string path = f.dir.file("report.html");
+    EXPECT_EQ(tool(f.args("--report " + quote(path) + " --type 1 --title " + quote("My <title>"))).status, 1);
+    EXPECT_NE(tvtest::readFile(path).find("<title>My &lt;title&gt;</title>"), std::string::npos);
+    EXPECT_EQ(tool(f.args("--report " + quote(path) + " --type 3")).status, 1);
+    EXPECT_NE(tvtest::readFile(path).find("1,Change,2,2,2,2,two,three"), std::string::npos);
     EXPECT_EQ(tool(f.args("--report " + quote(f.dir.file("no/dir/r.html")))).status, 2);
 }

@@ -32,14 +32,17 @@ void runSearch(Gleanseek& g)
     ASSERT_TRUE(tvtest::waitIdle(g, 120));
 }
 
-std::string lineAt(const std::string& text, int number)
+// The viewer shows a hit's line from the same extracted text.
+void expectViewerShowsTheHit(Gleanseek& g, const Hit& hit)
 {
-    std::istringstream in(text);
+    tvtest::TempDir viewer;
+    const std::string demo = viewer.file("DemoTemp.TXT");
+    ASSERT_TRUE(g.ExtractText(hit.sFile, demo));
+    std::istringstream in(tvtest::readFile(demo));
     std::string line;
-    for (int n = 1; std::getline(in, line); ++n)
-        if (n == number)
-            return line;
-    return {};
+    for (int n = 1; n <= hit.lLine; ++n)
+        std::getline(in, line);
+    EXPECT_EQ(line, hit.sItem);
 }
 
 struct Folder {
@@ -72,17 +75,12 @@ TEST(OfficeDocuments, WordProcessorFilesAndPdfAreSearchedInTheirText)
     for (std::int32_t i = 0; g.GetHit(i, h); ++i)
         byFile[fs::path(h.sFile).extension().string().substr(1)] = h;
     EXPECT_TRUE(errors.list.empty()) << errors.list.front();
-    tvtest::TempDir viewer;
     for (const std::string& k : kinds) {
         SCOPED_TRACE(k);
         ASSERT_EQ(byFile.count(k), 1u);
-        const Hit& hit = byFile[k];
-        EXPECT_EQ(hit.sItem.rfind("Important: all invoices", 0), 0u);
-        EXPECT_EQ(hit.lCol, static_cast<std::int32_t>(hit.sItem.find("WH-2024-117")) + 1);
-        // The viewer shows the hit's line from the same extracted text.
-        const std::string demo = viewer.file("DemoTemp.TXT");
-        ASSERT_TRUE(g.ExtractText(hit.sFile, demo));
-        EXPECT_EQ(lineAt(tvtest::readFile(demo), hit.lLine), hit.sItem);
+        EXPECT_EQ(byFile[k].sItem.rfind("Important: all invoices", 0), 0u);
+        EXPECT_EQ(byFile[k].lCol, static_cast<std::int32_t>(byFile[k].sItem.find("WH-2024-117")) + 1);
+        expectViewerShowsTheHit(g, byFile[k]);
     }
 
     // Without the option the same files give nothing: zipped, compressed or
@@ -108,10 +106,7 @@ TEST(OfficeDocuments, WorkbooksAreSearchedRowByRow)
         // Number formats differ between the readers; the text does not.
         EXPECT_EQ(h.sItem.rfind("O-1003,Café Lumière,2024-02-02,3,120", 0), 0u);
         EXPECT_EQ(h.lCol, 8);
-        tvtest::TempDir viewer;
-        const std::string demo = viewer.file("DemoTemp.TXT");
-        ASSERT_TRUE(g.ExtractText(h.sFile, demo));
-        EXPECT_EQ(lineAt(tvtest::readFile(demo), h.lLine), h.sItem);
+        expectViewerShowsTheHit(g, h);
     }
 }
 

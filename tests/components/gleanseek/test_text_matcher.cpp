@@ -79,58 +79,49 @@ TEST(TextMatcher, WholeWordMeansBlanksOrLineEndsOnBothSides)
     EXPECT_EQ(find("aXa a\n", "a", false, true, true), V({"1:5"}));
 }
 
-TEST(TextMatcher, QuestionMarkIsZeroOrOneCharacter)
+TEST(TextMatcher, TheSixPatternSymbols)
 {
-    const std::string text = "color\ncolour\ncolouur\ncolo\nr\n";
-    EXPECT_EQ(find(text, "colo?r", true), V({"1:1", "2:1"}));
-    // One character, not one byte.
-    EXPECT_EQ(find("naïve\n", "na?ve", true), V({"1:1"}));
-}
-
-TEST(TextMatcher, StarIsAnyRunOfCharactersWithinALine)
-{
-    const std::string text = "abcz\nazz\na\nz\nxyz\n";
-    EXPECT_EQ(find(text, "a*z", true), V({"1:1", "2:1"}));
-    EXPECT_EQ(find(text, "*", true), V({"1:1", "2:1", "3:1", "4:1", "5:1"}));
-    EXPECT_EQ(find("no end", "d*", true), V({"1:6"}));
-}
-
-TEST(TextMatcher, BracketsAreOneCharacterOfTheSet)
-{
-    const std::string text = "gray\ngrey\ngroy\ngr-y\n";
-    EXPECT_EQ(find(text, "gr[ae]y", true), V({"1:1", "2:1"}));
-    EXPECT_EQ(find(text, "gr[!ae]y", true), V({"3:1", "4:1"}));
-    EXPECT_EQ(find(text, "gr[^ae]y", true), V({"3:1", "4:1"}));
-    EXPECT_EQ(find("r2d2 c3po\n", "[a-c][0-9]", true), V({"1:6"}));
-    EXPECT_EQ(find("a-b\n", "a[-]b", true), V({"1:1"}));
-    EXPECT_EQ(find("a]b\n", "a[\\]]b", true), V({"1:1"}));
-    EXPECT_EQ(find("añb\n", "a[ñn]b", true), V({"1:1"}));
-    // A negated set never takes a line end.
-    EXPECT_EQ(find("x\nyx\n", "[!0-9]x", true), V({"2:1"}));
-    EXPECT_EQ(find("x\n", "[abc", true), V({"error: missing ']'"}));
-    EXPECT_EQ(find("x\n", "a[]", true), V({"error: no character between '[' and ']'"}));
+    const struct {
+        std::string text, pattern;
+        V expected;
+    } cases[] = {
+        // "?" is zero or one character, not one byte.
+        {"color\ncolour\ncolouur\ncolo\nr\n", "colo?r", {"1:1", "2:1"}},
+        {"naïve\n", "na?ve", {"1:1"}},
+        // "*" is any run of characters within a line.
+        {"abcz\nazz\na\nz\nxyz\n", "a*z", {"1:1", "2:1"}},
+        {"abcz\nazz\na\nz\nxyz\n", "*", {"1:1", "2:1", "3:1", "4:1", "5:1"}},
+        {"no end", "d*", {"1:6"}},
+        // "[...]" is one character of the set; "!" or "^" negates it, and a
+        // negated set never takes a line end.
+        {"gray\ngrey\ngroy\ngr-y\n", "gr[ae]y", {"1:1", "2:1"}},
+        {"gray\ngrey\ngroy\ngr-y\n", "gr[!ae]y", {"3:1", "4:1"}},
+        {"gray\ngrey\ngroy\ngr-y\n", "gr[^ae]y", {"3:1", "4:1"}},
+        {"r2d2 c3po\n", "[a-c][0-9]", {"1:6"}},
+        {"a-b\n", "a[-]b", {"1:1"}},
+        {"a]b\n", "a[\\]]b", {"1:1"}},
+        {"añb\n", "a[ñn]b", {"1:1"}},
+        {"x\nyx\n", "[!0-9]x", {"2:1"}},
+        {"x\n", "[abc", {"error: missing ']'"}},
+        {"x\n", "a[]", {"error: no character between '[' and ']'"}},
+        // "^" and "$" anchor only at the ends of the search text.
+        {"abc def\nx abc\nabc\r\n", "^abc", {"1:1", "3:1"}},
+        {"abc def\nx abc\nabc\r\n", "abc$", {"2:3", "3:1"}},
+        {"abc def\nx abc\nabc\r\n", "^abc$", {"3:1"}},
+        {"a^b a$b\n", "a^b", {"1:1"}},
+        {"a^b a$b\n", "a$b", {"1:5"}},
+        {"one\n\nthree\n", "^$", {"2:1"}},
+        // "\" takes the next character literally; a lone final one is itself.
+        {"a?\nab\n", "a\\?", {"1:1"}},
+        {"x*y xyz\n", "x\\*y", {"1:1"}},
+        {"[x] x\n", "\\[x]", {"1:1"}},
+        {"a\\b\n", "a\\\\b", {"1:1"}},
+        {"C:\\ d\n", "C:\\", {"1:1"}},
+        {"é\n", "\\é", {"1:1"}},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(find(c.text, c.pattern, true), c.expected) << c.pattern;
     EXPECT_EQ(find("x\n", "[z-a]", true).at(0).rfind("error: ", 0), 0u);
-}
-
-TEST(TextMatcher, CaretAndDollarAnchorOnlyAtTheEnds)
-{
-    const std::string text = "abc def\nx abc\nabc\r\n";
-    EXPECT_EQ(find(text, "^abc", true), V({"1:1", "3:1"}));
-    EXPECT_EQ(find(text, "abc$", true), V({"2:3", "3:1"}));
-    EXPECT_EQ(find(text, "^abc$", true), V({"3:1"}));
-    EXPECT_EQ(find("a^b a$b\n", "a^b", true), V({"1:1"}));
-    EXPECT_EQ(find("a^b a$b\n", "a$b", true), V({"1:5"}));
-    EXPECT_EQ(find("one\n\nthree\n", "^$", true), V({"2:1"}));
-}
-
-TEST(TextMatcher, BackslashTakesTheNextCharacterLiterally)
-{
-    EXPECT_EQ(find("a?\nab\n", "a\\?", true), V({"1:1"}));
-    EXPECT_EQ(find("x*y xyz\n", "x\\*y", true), V({"1:1"}));
-    EXPECT_EQ(find("[x] x\n", "\\[x]", true), V({"1:1"}));
-    EXPECT_EQ(find("a\\b\n", "a\\\\b", true), V({"1:1"}));
-    EXPECT_EQ(find("C:\\ d\n", "C:\\", true), V({"1:1"}));  // a lone final backslash
-    EXPECT_EQ(find("é\n", "\\é", true), V({"1:1"}));
 }
 
 TEST(MakeItem, TabsBecomeBlanksAndLongLinesAreCut)

@@ -254,24 +254,3 @@ TEST(EngineOptions, PropertiesReachTheCompare)
     EXPECT_EQ(faster.size(), 2u);
 }
 
-TEST(EngineParallel, LargeInputGivesTheSameRecordsOnOneOrTwoThreads)
-{
-    std::mt19937 rng(8);
-    std::string a, b;
-    for (int i = 0; i < 60000; ++i) {
-        std::string line = "line " + std::to_string(rng() % 5000) + " of some length to pass the mark";
-        a += line + "\n";
-        if (rng() % 50 == 0)
-            b += "changed " + std::to_string(i) + "\n";
-        else if (rng() % 60 != 0)
-            b += line + "\n";
-    }
-    Skeinmatch one, two;
-    one.setParallel(false);
-    one.compareTexts(a, b);
-    two.compareTexts(a, b);
-    ASSERT_GT(one.DifferenceCount(), 100);
-    EXPECT_EQ(one.records(), two.records());
-    auto la = splitLines(a), lb = splitLines(b);
-    EXPECT_EQ(applyRecords(la, lb, two.records()), lb);
-}

@@ -144,16 +144,6 @@ TEST(LineDiffFallbacks, FasterModeCopesWithUnrelatedRepetitiveTexts)
     expectValid(a, b, diffTexts(joinLines(a), joinLines(b), fast));
 }
 
-TEST(LineDiffSequences, DirectMatchMarksOnlyUnmatched)
-{
-    std::vector<std::uint32_t> x{1, 2, 3, 4, 5}, y{1, 3, 4, 6, 5};
-    std::vector<std::uint8_t> cx(x.size()), cy(y.size());
-    skeinmatch::matchSequences(x.data(), x.size(), y.data(), y.size(), 7,
-                               skeinmatch::MatchBudget::unlimited(), cx.data(), cy.data());
-    EXPECT_EQ(cx, (std::vector<std::uint8_t>{0, 1, 0, 0, 0}));
-    EXPECT_EQ(cy, (std::vector<std::uint8_t>{0, 0, 0, 1, 0}));
-}
-
 TEST(LineDiffSequences, SecondThreadGivesTheSameMatch)
 {
     // A budget that runs out early leaves many ranges for the two workers;

@@ -103,13 +103,8 @@ TEST_F(BatchTest, SwitchesReachTheOptionsOfViewerOne)
     CompareFilesFromCommandLine(*frame);
     const clsCompareFileOptions& o = v->moFileOptions;
     EXPECT_FALSE(o.bIgnoreEmptyLines.Data()) << "no switch for it: always off";
-    EXPECT_TRUE(o.bIgnoreCase.Data());
-    EXPECT_TRUE(o.bIgnoreWhitespace.Data());
-    EXPECT_TRUE(o.bBeepWhenDone.Data());
-    EXPECT_TRUE(o.bQuickCompare.Data());
-    EXPECT_TRUE(o.bRemoveBlankLines.Data());
-    EXPECT_TRUE(o.bExcelCompareFormulas.Data());
-    EXPECT_TRUE(o.bHTMLCompareSource.Data());
+    EXPECT_TRUE(o.bIgnoreCase.Data() && o.bIgnoreWhitespace.Data() && o.bBeepWhenDone.Data() && o.bQuickCompare.Data()
+                && o.bRemoveBlankLines.Data() && o.bExcelCompareFormulas.Data() && o.bHTMLCompareSource.Data());
     EXPECT_EQ(o.sExcelSheetNumberMaster.Data(), "2");
     EXPECT_EQ(o.sExcelSheetNumberSource.Data(), "3");
     // A list not given turns its use off and keeps the stored text.

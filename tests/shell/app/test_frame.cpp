@@ -71,16 +71,6 @@ private:
     QString savedIni_;
 };
 
-TEST_F(FrameTest, AFirstStartOpensOneFileViewerMaximised)
-{
-    load();
-    // A maximised viewer's caption joins the frame's, as the desktop shows it.
-    EXPECT_EQ(frame->windowTitle(), "'Tallyvane' - [(1) Compare Files]");
-    EXPECT_EQ(descriptions(), QStringList({"1_CompareFile"}));
-    EXPECT_TRUE(frame->isMaximized());
-    EXPECT_EQ(frame->ActiveViewer()->sDescription, "1_CompareFile");
-}
-
 TEST_F(FrameTest, ViewersOfTheLastRunComeBackAndTheActiveOneGetsTheFocus)
 {
     main("numCFForms", "3");
@@ -317,9 +307,12 @@ TEST(Pickers, TheTitleDecidesSaveOrOpenAndFiltersMatchEitherCase)
     setFolderPicker(previous);
 }
 
-TEST_F(FrameTest, AFirstStartGivesTheFrameMostOfTheScreenAndALaterOneItsOwnPlace)
+TEST_F(FrameTest, AFirstStartOpensOneViewerInAMaximisedFrameAndALaterOneKeepsItsPlace)
 {
     load();
+    // A maximised viewer's caption joins the frame's, as the desktop shows it.
+    EXPECT_EQ(frame->windowTitle(), "'Tallyvane' - [(1) Compare Files]");
+    EXPECT_EQ(descriptions(), QStringList({"1_CompareFile"}));
     const QRect available = QGuiApplication::primaryScreen()->availableGeometry();
     EXPECT_EQ(frame->normalGeometry().size(), QSize(available.width() * 7 / 8, available.height() * 7 / 8));
     EXPECT_TRUE(frame->isMaximized());
