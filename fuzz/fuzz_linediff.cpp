@@ -71,7 +71,7 @@ void writeReports(const skeinmatch::LineText& a, const skeinmatch::LineText& b,
         std::FILE* f = open_memstream(&buf, &len);
         check(f != nullptr);
         {
-            skeinmatch::ReportOut out(f);
+            skeinmatch::BufferedOut out(f);
             if (kind < 2)
                 skeinmatch::writeHtmlReport(out, in, kind == 1);
             else if (kind == 2)
