@@ -118,10 +118,10 @@ def make_pairs():
     if len(base) < 1_000_000 or len(donor) < 100_000:
         sys.exit("not enough text on this machine under /usr/include and /usr/share")
     pairs = []
-    spec = [("10k", 10_000, 0.01), ("100k", 100_000, 0.01), ("100k-heavy", 100_000, 0.35)]
+    cases = [("10k", 10_000, 0.01), ("100k", 100_000, 0.01), ("100k-heavy", 100_000, 0.35)]
     if not quick:
-        spec.append(("1M", 1_000_000, 0.005))
-    for seed, (name, size, rate) in enumerate(spec, 1):
+        cases.append(("1M", 1_000_000, 0.005))
+    for seed, (name, size, rate) in enumerate(cases, 1):
         a = os.path.join(work, name + "-a.txt")
         b = os.path.join(work, name + "-b.txt")
         if not (os.path.exists(a) and os.path.exists(b)):
