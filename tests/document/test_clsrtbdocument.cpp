@@ -5,6 +5,7 @@
 #include "document/clsRTBDocument.h"
 #include "support/qstring_print.h"
 #include "support/testsupport.h"
+#include "support/unprivileged.h"
 
 #include <QFile>
 #include <QGuiApplication>
@@ -233,18 +234,20 @@ TEST_F(DocumentTest, CaretRoutines)
 
 TEST_F(DocumentTest, LoadFileDoesNotWaitForAFileItMayNotRead)
 {
-    if (geteuid() == 0)
-        GTEST_SKIP() << "root reads every file";
     tvtest::TempDir dir;
     const std::string path = dir.file("secret.txt");
     tvtest::writeFile(path, "private");
     ::chmod(path.c_str(), 0);
-    clsRTBDocument doc(&box);
-    box.setText("kept");
-    doc.LoadFile(QString::fromStdString(path));
-    EXPECT_TRUE(waits.empty());
-    EXPECT_EQ(messages, QStringList{"(70) Permission denied"});
-    EXPECT_EQ(box.Text(), QStringLiteral("kept"));
+    // The folder must be open to the unprivileged user, the file not.
+    tvtest::handToNobody(dir.path());
+    const std::string out = tvtest::runUnprivileged([&] {
+        clsRTBDocument doc(&box);
+        box.setText("kept");
+        doc.LoadFile(QString::fromStdString(path));
+        return std::to_string(waits.size()) + "|" + messages.join(';').toStdString() + "|" +
+               box.Text().toStdString();
+    });
+    EXPECT_EQ(out, "0|(70) Permission denied|kept");
 }
 
 TEST_F(DocumentTest, LoadFileWaitsForAFileItCannotOpenYet)
