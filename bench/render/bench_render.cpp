@@ -15,8 +15,8 @@
 #include "components/lexiform/RichTextModel.h"
 #include "components/lexiform/RtfWriter.h"
 #include "filecompare/frmCompareFiles.h"
-#include "shell/core/modGlobal.h"
-#include "shell/core/modParseCommandLine.h"
+#include "core/modGlobal.h"
+#include "core/modParseCommandLine.h"
 #include "shell/modMessageBox.h"
 
 #include <QApplication>

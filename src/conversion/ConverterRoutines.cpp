@@ -1,7 +1,7 @@
 #include "conversion/ConverterRoutines.h"
 
-#include "shell/core/modGlobal.h"
-#include "shell/core/modParseCommandLine.h"
+#include "core/modGlobal.h"
+#include "core/modParseCommandLine.h"
 
 #include <QGuiApplication>
 #include <QInputDialog>

@@ -1,9 +1,9 @@
 #include "conversion/LoadPipeline.h"
 
 #include "settings/clsCompareFileOptions.h"
-#include "shell/core/modGlobal.h"
-#include "shell/core/modParseCommandLine.h"
-#include "shell/core/modUtilityFile.h"
+#include "core/modGlobal.h"
+#include "core/modParseCommandLine.h"
+#include "core/modUtilityFile.h"
 
 namespace {
 

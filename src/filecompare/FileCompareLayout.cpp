@@ -4,9 +4,9 @@
 
 #include "filecompare/FileCompareWidgets.h"
 #include "filecompare/frmCompareFiles.h"
-#include "shell/core/Launcher.h"
-#include "shell/core/modGlobal.h"
-#include "shell/core/modUtilityFile.h"
+#include "core/Launcher.h"
+#include "core/modGlobal.h"
+#include "core/modUtilityFile.h"
 #include "shell/frmMainMDI.h"
 #include "shell/frmPleaseWait.h"
 

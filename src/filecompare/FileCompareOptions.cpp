@@ -2,7 +2,7 @@
 // options that change what a compare finds mark the difference view stale.
 
 #include "filecompare/frmCompareFiles.h"
-#include "shell/core/modGlobal.h"
+#include "core/modGlobal.h"
 
 #include <QCheckBox>
 #include <QGroupBox>

@@ -5,9 +5,9 @@
 #include "filecompare/FileCompareWidgets.h"
 #include "filecompare/frmCompareFiles.h"
 #include "settings/IniStore.h"
-#include "shell/core/Launcher.h"
-#include "shell/core/Places.h"
-#include "shell/core/modGlobal.h"
+#include "core/Launcher.h"
+#include "core/Places.h"
+#include "core/modGlobal.h"
 #include "shell/modMessageBox.h"
 #include "shell/modPickFile.h"
 

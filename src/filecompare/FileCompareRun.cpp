@@ -3,7 +3,7 @@
 
 #include "filecompare/FileCompareWidgets.h"
 #include "filecompare/frmCompareFiles.h"
-#include "shell/core/modGlobal.h"
+#include "core/modGlobal.h"
 #include "shell/frmPleaseWait.h"
 #include "shell/modMessageBox.h"
 

@@ -6,7 +6,7 @@
 #include "filecompare/FileCompareFormats.h"
 #include "filecompare/FileCompareWidgets.h"
 #include "filecompare/frmCompareFiles.h"
-#include "shell/core/modGlobal.h"
+#include "core/modGlobal.h"
 
 #include <QFile>
 #include <QTextEdit>

@@ -1,6 +1,6 @@
 #include "settings/IniStore.h"
 
-#include "shell/core/modUtilityString.h"
+#include "core/modUtilityString.h"
 
 #include <QDir>
 #include <QFile>

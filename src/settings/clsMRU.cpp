@@ -1,7 +1,7 @@
 #include "settings/clsMRU.h"
 
 #include "settings/IniStore.h"
-#include "shell/core/modUtilityString.h"
+#include "core/modUtilityString.h"
 
 void MruAddUniqueItem(QStringList& list, const QString& item)
 {

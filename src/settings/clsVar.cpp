@@ -1,7 +1,7 @@
 #include "settings/clsVar.h"
 
 #include "settings/IniStore.h"
-#include "shell/core/modUtilityString.h"
+#include "core/modUtilityString.h"
 
 SettingTypeError::SettingTypeError(const QString& key, const QString& text)
     : std::runtime_error(QStringLiteral("setting %1: \"%2\" is no number").arg(key, text).toStdString())

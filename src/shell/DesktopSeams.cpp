@@ -1,7 +1,7 @@
 #include "shell/DesktopSeams.h"
 
-#include "shell/core/Places.h"
-#include "shell/core/modParseCommandLine.h"
+#include "core/Places.h"
+#include "core/modParseCommandLine.h"
 
 #include <QCoreApplication>
 #include <QDesktopServices>

@@ -1,7 +1,7 @@
 #pragma once
 // The desktop side of the launcher and message seams of tv_core.
 
-#include "shell/core/Launcher.h"
+#include "core/Launcher.h"
 
 // Opens things through the desktop's own associations.
 class DesktopLauncher : public Launcher {

@@ -1,6 +1,6 @@
 #include "shell/frmAbout.h"
 
-#include "shell/core/Launcher.h"
+#include "core/Launcher.h"
 
 #include <QCoreApplication>
 #include <QGridLayout>

@@ -5,7 +5,7 @@
 #include "shell/Resources.h"
 #include "shell/frmMainMDI.h"
 #include "shell/modMain.h"
-#include "shell/core/modParseCommandLine.h"
+#include "core/modParseCommandLine.h"
 
 #include <QApplication>
 

@@ -2,10 +2,10 @@
 
 #include "filecompare/frmCompareFiles.h"
 #include "shell/FolderBatchViewer.h"
-#include "shell/core/Launcher.h"
-#include "shell/core/Places.h"
-#include "shell/core/modGlobal.h"
-#include "shell/core/modParseCommandLine.h"
+#include "core/Launcher.h"
+#include "core/Places.h"
+#include "core/modGlobal.h"
+#include "core/modParseCommandLine.h"
 #include "shell/frmMainMDI.h"
 #include "shell/frmPleaseWait.h"
 

@@ -1,7 +1,7 @@
 #include "shell/modUtilityForm.h"
 
 #include "settings/clsMRU.h"
-#include "shell/core/modGlobal.h"
+#include "core/modGlobal.h"
 
 #include <QComboBox>
 #include <QSettings>

@@ -3,8 +3,8 @@
 
 #include "conversion/LoadPipeline.h"
 #include "components/lexiform/RtfReader.h"
-#include "shell/core/modGlobal.h"
-#include "shell/core/modParseCommandLine.h"
+#include "core/modGlobal.h"
+#include "core/modParseCommandLine.h"
 #include "support/qstring_print.h"
 #include "support/testsupport.h"
 

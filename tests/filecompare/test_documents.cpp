@@ -5,7 +5,7 @@
 
 #include "conversion/ConverterRoutines.h"
 #include "filecompare/viewer_fixture.h"
-#include "shell/core/Places.h"
+#include "core/Places.h"
 
 #include <QComboBox>
 #include <QDir>

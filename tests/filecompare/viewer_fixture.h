@@ -3,7 +3,7 @@
 // answered by the test.
 
 #include "filecompare/frmCompareFiles.h"
-#include "shell/core/modGlobal.h"
+#include "core/modGlobal.h"
 #include "support/qstring_print.h"
 #include "support/recordingdialogs.h"
 #include "support/testsupport.h"

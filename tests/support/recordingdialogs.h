@@ -4,8 +4,8 @@
 // test: RecordingDialogs dialogs; (restores everything on exit). Header-only:
 // only test programs that link the windows use it.
 
-#include "shell/core/modGlobal.h"
-#include "shell/core/modParseCommandLine.h"
+#include "core/modGlobal.h"
+#include "core/modParseCommandLine.h"
 #include "shell/modMessageBox.h"
 #include "shell/modPickFile.h"
 

@@ -2,7 +2,7 @@
 // A launcher that opens nothing and remembers what it was asked to open.
 // Install it for the life of a test: RecordingLauncher rec; (restores on exit).
 
-#include "shell/core/Launcher.h"
+#include "core/Launcher.h"
 
 #include <QStringList>
 

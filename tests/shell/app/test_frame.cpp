@@ -6,7 +6,7 @@
 #include "filecompare/frmCompareFiles.h"
 #include "settings/IniStore.h"
 #include "settings/clsMRU.h"
-#include "shell/core/modGlobal.h"
+#include "core/modGlobal.h"
 #include "shell/frmMainMDI.h"
 #include "shell/modPickFile.h"
 #include "shell/modUtilityForm.h"

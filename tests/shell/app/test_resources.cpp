@@ -1,7 +1,7 @@
 // The compiled-in manual is there for -? to open, with the anchor it opens at.
 
 #include "shell/Resources.h"
-#include "shell/core/Launcher.h"
+#include "core/Launcher.h"
 
 #include <QFile>
 #include <gtest/gtest.h>

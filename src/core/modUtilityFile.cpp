@@ -1,6 +1,6 @@
-#include "shell/core/modUtilityFile.h"
+#include "core/modUtilityFile.h"
 
-#include "shell/core/modUtilityString.h"
+#include "core/modUtilityString.h"
 
 #include <QCoreApplication>
 #include <QFile>

@@ -1,8 +1,8 @@
 // The command line: switches and their globals, the positional form, path
 // rules, validation messages and their order, and the log file.
 
-#include "shell/core/modGlobal.h"
-#include "shell/core/modParseCommandLine.h"
+#include "core/modGlobal.h"
+#include "core/modParseCommandLine.h"
 #include "support/qstring_print.h"
 #include "support/recordinglauncher.h"
 #include "support/testsupport.h"

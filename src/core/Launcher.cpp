@@ -1,4 +1,4 @@
-#include "shell/core/Launcher.h"
+#include "core/Launcher.h"
 
 Launcher::~Launcher() = default;
 

@@ -1,6 +1,6 @@
-#include "shell/core/modGlobal.h"
+#include "core/modGlobal.h"
 
-#include "shell/core/Places.h"
+#include "core/Places.h"
 
 QString gsIniFile;
 qint32 glExitStatus = 0;

@@ -1,4 +1,4 @@
-#include "shell/core/Places.h"
+#include "core/Places.h"
 
 #include <QDir>
 #include <QFileInfo>

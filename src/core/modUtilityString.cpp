@@ -1,4 +1,4 @@
-#include "shell/core/modUtilityString.h"
+#include "core/modUtilityString.h"
 
 #include <cmath>
 #include <limits>

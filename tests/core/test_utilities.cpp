@@ -1,8 +1,8 @@
 // Text and file routines: the NUL cut, the status animation, number reading,
 // the two existence tests and the copy over a read-only file.
 
-#include "shell/core/modUtilityFile.h"
-#include "shell/core/modUtilityString.h"
+#include "core/modUtilityFile.h"
+#include "core/modUtilityString.h"
 #include "support/qstring_print.h"
 #include "support/testsupport.h"
 

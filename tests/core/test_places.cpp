@@ -1,7 +1,7 @@
 // Where the program keeps its files, and the private folder's life.
 
-#include "shell/core/Places.h"
-#include "shell/core/modGlobal.h"
+#include "core/Places.h"
+#include "core/modGlobal.h"
 #include "support/qstring_print.h"
 #include "support/testsupport.h"
 

@@ -1,9 +1,9 @@
-#include "shell/core/modParseCommandLine.h"
+#include "core/modParseCommandLine.h"
 
-#include "shell/core/Launcher.h"
-#include "shell/core/modGlobal.h"
-#include "shell/core/modUtilityFile.h"
-#include "shell/core/modUtilityString.h"
+#include "core/Launcher.h"
+#include "core/modGlobal.h"
+#include "core/modUtilityFile.h"
+#include "core/modUtilityString.h"
 
 #include <QDir>
 #include <QFile>
