@@ -7,7 +7,6 @@
 #include "core/modGlobal.h"
 #include "core/modUtilityFile.h"
 #include "core/modUtilityString.h"
-#include "shell/frmMainMDI.h"
 #include "shell/frmPleaseWait.h"
 #include "shell/Resources.h"
 #include "shell/modUtilityForm.h"
@@ -364,4 +363,18 @@ bool frmCompareFiles::eventFilter(QObject* watched, QEvent* event)
         break;
     }
     return ViewerForm::eventFilter(watched, event);
+}
+
+void frmCompareFiles::CompareFiles(const QString& sOriginal, const QString& sModified)
+{
+    // The run below reloads both files, so the boxes' own load on a change
+    // would only read each file twice.
+    gbRefreshingControls = true;
+    cbSelectOriginal->setEditText(sOriginal);
+    cbSelectModified->setEditText(sModified);
+    gbRefreshingControls = false;
+    ts->setCurrentIndex(0);
+    if (ViewerHost* host = ViewerHost::current())
+        host->ActivateViewer(this);
+    RefreshDisplay(true, true);
 }

@@ -7,7 +7,6 @@
 #include "core/Launcher.h"
 #include "core/modGlobal.h"
 #include "core/modUtilityFile.h"
-#include "shell/frmMainMDI.h"
 #include "shell/frmPleaseWait.h"
 
 #include <QAbstractTextDocumentLayout>
@@ -393,34 +392,9 @@ void frmCompareFiles::buildMenus()
         m->menuAction()->setObjectName(QLatin1String(name));
         return m;
     };
-    auto frame = [](void (frmMainMDI::*command)()) {
-        return [command] {
-            if (frmMainMDI* f = frmMainMDI::current())
-                (f->*command)();
-        };
-    };
-    const bool folders = frmMainMDI::ViewerKindAvailable(frmMainMDI::ViewerKind::CompareDir);
-    const bool find = frmMainMDI::ViewerKindAvailable(frmMainMDI::ViewerKind::FindText);
-
     mnuFile = new QMenu(QStringLiteral("&File"), this);
     mnuFile->setObjectName(QStringLiteral("mnuFile"));
-    connect(add(mnuFile, "mnuCompareFiles", QStringLiteral("Compare Files")), &QAction::triggered, this,
-            frame(&frmMainMDI::mnuCompareFiles_Click));
-    QAction* a = add(mnuFile, "mnuCompareFolders", QStringLiteral("Compare &Folders"));
-    a->setEnabled(folders);
-    connect(a, &QAction::triggered, this, frame(&frmMainMDI::mnuCompareFolders_Click));
-    a = add(mnuFile, "mnuFindTextInFiles", QStringLiteral("Find Text In Files"));
-    a->setEnabled(find);
-    connect(a, &QAction::triggered, this, frame(&frmMainMDI::mnuFindTextInFiles_Click));
-    QMenu* mnuNew = submenu(mnuFile, "mnuNew", QStringLiteral("&New"));
-    connect(add(mnuNew, "mnuNewCompareFiles", QStringLiteral("Compare Files Viewer")), &QAction::triggered, this,
-            frame(&frmMainMDI::mnuNewCompareFiles_Click));
-    a = add(mnuNew, "mnuNewCompareFolders", QStringLiteral("Compare Folders Viewer"));
-    a->setEnabled(folders);
-    connect(a, &QAction::triggered, this, frame(&frmMainMDI::mnuNewCompareFolders_Click));
-    a = add(mnuNew, "mnuNewFindTextInFiles", QStringLiteral("Find Text In Files Viewer"));
-    a->setEnabled(find);
-    connect(a, &QAction::triggered, this, frame(&frmMainMDI::mnuNewFindTextInFiles_Click));
+    FrameMenus::AddViewerEntries(mnuFile);
     mnuFile->addSeparator();
     QMenu* mnuLoad = submenu(mnuFile, "mnuLoad", QStringLiteral("&Load Editor"));
     connect(add(mnuLoad, "mnuLoadOriginal", QStringLiteral("Load Original Document")), &QAction::triggered, this,
@@ -437,9 +411,7 @@ void frmCompareFiles::buildMenus()
         else
             close();
     });
-    a = add(mnuFile, "mnuExit", QStringLiteral("E&xit"));
-    a->setShortcut(QKeySequence::Quit);
-    connect(a, &QAction::triggered, this, frame(&frmMainMDI::mnuExit_Click));
+    FrameMenus::AddExitEntry(mnuFile);
 
     mnuEdit = new QMenu(QStringLiteral("&Edit"), this);
     mnuEdit->setObjectName(QStringLiteral("mnuEdit"));
@@ -467,7 +439,7 @@ void frmCompareFiles::buildMenus()
     mnuCompareSelectedText = add(mnuView, "mnuCompareSelectedText", QStringLiteral("&Compare Selected Text"));
     connect(mnuCompareSelectedText, &QAction::triggered, this, &frmCompareFiles::CompareSelectedText);
     QMenu* mnuDifference = submenu(mnuView, "mnuDifference", QStringLiteral("&Difference"));
-    a = add(mnuDifference, "mnuShowNextDifference", QStringLiteral("Show &Next Difference"));
+    QAction* a = add(mnuDifference, "mnuShowNextDifference", QStringLiteral("Show &Next Difference"));
     a->setShortcut(Qt::Key_F7);
     connect(a, &QAction::triggered, this, &frmCompareFiles::tbShowDifferenceNext_Click);
     a = add(mnuDifference, "mnuShowPreviousDifference", QStringLiteral("Show &Previous Difference"));
@@ -505,23 +477,8 @@ void frmCompareFiles::buildMenus()
     connect(mnuHideShowOriginalAndModified, &QAction::triggered, this,
             &frmCompareFiles::mnuHideShowOriginalAndModified_Click);
 
-    mnuWindow = new QMenu(QStringLiteral("&Window"), this);
-    mnuWindow->setObjectName(QStringLiteral("mnuWindow"));
-    connect(add(mnuWindow, "mnuWindowCascase", QStringLiteral("&Cascade")), &QAction::triggered, this,
-            frame(&frmMainMDI::mnuWindowCascase_Click));
-    connect(add(mnuWindow, "mnuWindowTileHorizontal", QStringLiteral("Tile &Horizontal")), &QAction::triggered,
-            this, frame(&frmMainMDI::mnuWindowTileHorizontal_Click));
-    connect(add(mnuWindow, "mnuWindowTileVertical", QStringLiteral("&Tile Vertical")), &QAction::triggered, this,
-            frame(&frmMainMDI::mnuWindowTileVertical_Click));
-    mnuOpenWindows = submenu(mnuWindow, "mnuOpenWindows", QStringLiteral("Open &Windows"));
-    connect(mnuOpenWindows, &QMenu::aboutToShow, this, &frmCompareFiles::fillOpenWindowsMenu);
-
-    mnuHelp = new QMenu(QStringLiteral("&Help"), this);
-    mnuHelp->setObjectName(QStringLiteral("mnuHelp"));
-    connect(add(mnuHelp, "mnuHelpFile", QStringLiteral("Help &File")), &QAction::triggered, this,
-            frame(&frmMainMDI::mnuHelpFile_Click));
-    connect(add(mnuHelp, "mnuAbout", QStringLiteral("&About")), &QAction::triggered, this,
-            frame(&frmMainMDI::mnuAbout_Click));
+    mnuWindow = FrameMenus::BuildWindowMenu(this);
+    mnuHelp = FrameMenus::BuildHelpMenu(this);
 
     mnuPopup = new QMenu(this);
     mnuPopup->setObjectName(QStringLiteral("mnuPopup"));
@@ -535,25 +492,6 @@ void frmCompareFiles::buildMenus()
     connect(mnuPopupReport, &QAction::triggered, this, &frmCompareFiles::cmdViewReport_Click);
     connect(mnuView, &QMenu::aboutToShow, this, &frmCompareFiles::RefreshMenuItems);
     RefreshMenuItems();
-}
-
-void frmCompareFiles::fillOpenWindowsMenu()
-{
-    mnuOpenWindows->clear();
-    frmMainMDI* frame = frmMainMDI::current();
-    if (!frame)
-        return;
-    int n = 0;
-    for (ViewerForm* viewer : frame->LoadedForms()) {
-        ++n;
-        QAction* a = mnuOpenWindows->addAction(QStringLiteral("&%1 %2").arg(n).arg(viewer->windowTitle()));
-        a->setCheckable(true);
-        a->setChecked(viewer == frame->ActiveViewer());
-        connect(a, &QAction::triggered, frame, [frame, v = QPointer<ViewerForm>(viewer)] {
-            if (v)
-                frame->ActivateViewer(v);
-        });
-    }
 }
 
 void frmCompareFiles::RefreshMenuItems()
@@ -573,12 +511,13 @@ void frmCompareFiles::RefreshButtonStates()
 
 void frmCompareFiles::CompareSelectedText()
 {
-    frmMainMDI* frame = frmMainMDI::current();
+    ViewerHost* frame = ViewerHost::current();
     if (!frame || rtbOriginal->SelLength() < 1 || rtbModified->SelLength() < 1)
         return;
     const RichText original = rtbOriginal->SelRTF();
     const RichText modified = rtbModified->SelRTF();
-    frmCompareFiles* other = frame->CreateNewCompareFilesForm();
+    FileComparisonViewer* target = frame->NewFileViewer();
+    auto* other = target ? qobject_cast<frmCompareFiles*>(target->Form()) : nullptr;
     if (!other)
         return;
     other->rtbOriginal->setTextRTF(original);

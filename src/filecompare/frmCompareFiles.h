@@ -27,6 +27,7 @@
 #include "settings/clsCompareFileOptions.h"
 #include "settings/clsMRU.h"
 #include "shell/ViewerForm.h"
+#include "shell/ViewerHost.h"
 
 #include "filecompare/FileCompareFormats.h"
 
@@ -60,7 +61,7 @@ class StatusPanel;
 class RunInputGuard;
 } // namespace filecompare
 
-class frmCompareFiles : public ViewerForm {
+class frmCompareFiles : public ViewerForm, public FileComparisonViewer {
     Q_OBJECT
 
 public:
@@ -112,6 +113,11 @@ public:
     bool ConvertFileIfNecessary(const QString& sFile, const QString& File_cnvt,
                                 clsCompareFileOptions& options, bool bIsOriginalFile);
     void PickFileForEditor(qint32 lEditor);
+
+    // A drill-down from another viewer: the paths into the selection boxes,
+    // the first page and this viewer to the front, then a reloading run.
+    ViewerForm* Form() override { return this; }
+    void CompareFiles(const QString& sOriginal, const QString& sModified) override;
 
     // --- the run (FileCompareRun.cpp) ------------------------------------------------
     // The interactive request. During a run a further request is refused and
@@ -376,7 +382,6 @@ public:
     QMenu* mnuWindow = nullptr;
     QMenu* mnuHelp = nullptr;
     QMenu* mnuPopup = nullptr;
-    QMenu* mnuOpenWindows = nullptr;
     QAction* mnuCompareSelectedText = nullptr;
     QAction* mnuPopupCompareSelectedText = nullptr;
     QAction* mnuRefresh = nullptr;
@@ -416,7 +421,6 @@ private:
     void showAllInOnePane();
     void coupleScrolling(RichTextBox* from, RichTextBox* to, bool fromOriginal);
     void closeIfAsked();
-    void fillOpenWindowsMenu();
     bool loadSideFile(const QString& sFile, qint32 lEditor, clsVarString& lastFile, clsMRU& mru, QComboBox* combo);
 
     // While both editors are loaded together, the loads waiting for their

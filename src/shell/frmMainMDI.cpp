@@ -98,6 +98,34 @@ frmMainMDI* frmMainMDI::current()
     return currentFrame();
 }
 
+void frmMainMDI::RunCommand(FrameCommand command)
+{
+    switch (command) {
+    case FrameCommand::CompareFiles: mnuCompareFiles_Click(); break;
+    case FrameCommand::CompareFolders: mnuCompareFolders_Click(); break;
+    case FrameCommand::FindTextInFiles: mnuFindTextInFiles_Click(); break;
+    case FrameCommand::NewCompareFiles: mnuNewCompareFiles_Click(); break;
+    case FrameCommand::NewCompareFolders: mnuNewCompareFolders_Click(); break;
+    case FrameCommand::NewFindTextInFiles: mnuNewFindTextInFiles_Click(); break;
+    case FrameCommand::Exit: mnuExit_Click(); break;
+    case FrameCommand::WindowCascade: mnuWindowCascase_Click(); break;
+    case FrameCommand::WindowTileHorizontal: mnuWindowTileHorizontal_Click(); break;
+    case FrameCommand::WindowTileVertical: mnuWindowTileVertical_Click(); break;
+    case FrameCommand::HelpFile: mnuHelpFile_Click(); break;
+    case FrameCommand::About: mnuAbout_Click(); break;
+    }
+}
+
+FileComparisonViewer* frmMainMDI::FileViewer(qint32 number)
+{
+    return frmGetCFNumber(number);
+}
+
+FileComparisonViewer* frmMainMDI::NewFileViewer()
+{
+    return CreateNewCompareFilesForm();
+}
+
 void frmMainMDI::RegisterViewerKind(ViewerKind kind, ViewerFactory factory)
 {
     factories()[int(kind)] = std::move(factory);

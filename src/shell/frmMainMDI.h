@@ -6,6 +6,8 @@
 // viewers counted in the INI section "Main"; at the end it closes them and
 // writes the counts.
 
+#include "shell/ViewerHost.h"
+
 #include <QMainWindow>
 #include <QPointer>
 
@@ -18,7 +20,7 @@ class QMenu;
 class ViewerForm;
 class frmCompareFiles;
 
-class frmMainMDI : public QMainWindow {
+class frmMainMDI : public QMainWindow, public ViewerHost {
     Q_OBJECT
 
 public:
@@ -61,10 +63,15 @@ public:
     ViewerForm* frmGetFTNumber(qint32 number);
 
     // The viewers, oldest first.
-    QList<ViewerForm*> LoadedForms() const;
-    ViewerForm* ActiveViewer() const;
+    QList<ViewerForm*> LoadedForms() const override;
+    ViewerForm* ActiveViewer() const override;
     QMdiArea* mdiArea() const { return mdiArea_; }
-    void ActivateViewer(ViewerForm* viewer);
+    void ActivateViewer(ViewerForm* viewer) override;
+
+    // What the viewers ask of the frame (ViewerHost).
+    void RunCommand(FrameCommand command) override;
+    FileComparisonViewer* FileViewer(qint32 number) override;
+    FileComparisonViewer* NewFileViewer() override;
 
     // Menu commands; public because the viewers' menus of the same names
     // call them.
