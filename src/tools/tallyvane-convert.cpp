@@ -17,6 +17,7 @@ namespace {
 const char* const kUsage =
     "usage: tallyvane-convert SOURCE TARGET [--type 0|2|6|8] [--sheets LIST] [--formulas]\n"
     "                         [--rows LIST] [--cols LIST] [--password P]\n"
+    "       tallyvane-convert --help | --version\n"
     "\n"
     "  Word processor and web documents (DOCX, ODT, RTF, HTML, DOC, WPD, ...) are\n"
     "  written as --type 0 DOCX, 2 plain text (the default), 6 RTF or 8 HTML.\n"
@@ -97,6 +98,9 @@ int main(int argc, char** argv)
         };
         if (a == QLatin1String("--help") || a == QLatin1String("-h")) {
             std::fputs(kUsage, stdout);
+            return 0;
+        } else if (a == QLatin1String("--version")) {
+            std::printf("tallyvane-convert %s\n", TALLYVANE_VERSION);
             return 0;
         } else if (a == QLatin1String("--type")) {
             QString t;

@@ -128,7 +128,7 @@ int main(int argc, char** argv)
             std::fputs(usage, stdout);
             return 0;
         } else if (a == "--version") {
-            std::puts("tallyvane-diff 1.0");
+            std::printf("tallyvane-diff %s\n", TALLYVANE_VERSION);
             return 0;
         } else if (a == "-i" || a == "--ignore-case") {
             e.setIgnoreCase(true);
