@@ -1,68 +1,20 @@
 #include "shell/frmAbout.h"
 
 #include "core/Launcher.h"
+#include "shell/VanePicture.h"
 
 #include <QCoreApplication>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QPainter>
-#include <QPainterPath>
 #include <QPushButton>
 #include <QStringList>
 #include <QTimer>
 #include <QVBoxLayout>
 
-#include <cmath>
-
 namespace {
 
 constexpr int kVaneSize = 72;
-
-// One step of the vane: the arrow turned a sixth further each time.
-QPixmap vanePicture(int step, qreal ratio)
-{
-    QPixmap pm(QSize(kVaneSize, kVaneSize) * ratio);
-    pm.setDevicePixelRatio(ratio);
-    pm.fill(Qt::transparent);
-    QPainter p(&pm);
-    p.setRenderHint(QPainter::Antialiasing);
-    const QPointF c(kVaneSize / 2.0, kVaneSize / 2.0);
-    p.setPen(QPen(QColor(0x2A, 0x60, 0x99), 2));
-    p.setBrush(QColor(0xEE, 0xF4, 0xFA));
-    p.drawEllipse(c, kVaneSize / 2.0 - 2, kVaneSize / 2.0 - 2);
-    QFont f = p.font();
-    f.setPixelSize(9);
-    f.setBold(true);
-    p.setFont(f);
-    p.setPen(QColor(0x55, 0x66, 0x77));
-    const qreal r = kVaneSize / 2.0 - 9;
-    const char* points[] = {"N", "E", "S", "W"};
-    for (int i = 0; i < 4; ++i) {
-        const qreal a = i * M_PI / 2;
-        const QPointF at(c.x() + r * std::sin(a), c.y() - r * std::cos(a));
-        p.drawText(QRectF(at.x() - 6, at.y() - 6, 12, 12), Qt::AlignCenter, QLatin1String(points[i]));
-    }
-    p.translate(c);
-    p.rotate((step - 1) * 60.0);
-    QPainterPath arrow;
-    arrow.moveTo(0, -22);
-    arrow.lineTo(6, -12);
-    arrow.lineTo(1.6, -12);
-    arrow.lineTo(1.6, 14);
-    arrow.lineTo(8, 22);
-    arrow.lineTo(-8, 22);
-    arrow.lineTo(-1.6, 14);
-    arrow.lineTo(-1.6, -12);
-    arrow.lineTo(-6, -12);
-    arrow.closeSubpath();
-    p.setPen(QPen(QColor(0x1F, 0x3A, 0x5A), 1));
-    p.setBrush(QColor(0xC9, 0x21, 0x1E));
-    p.drawPath(arrow);
-    p.setBrush(QColor(0x1F, 0x3A, 0x5A));
-    p.drawEllipse(QPointF(0, 0), 3, 3);
-    return pm;
-}
 
 } // namespace
 
@@ -98,7 +50,8 @@ frmAbout::frmAbout(QWidget* parent)
     for (int i = 1; i <= 6; ++i) {
         auto* image = new QLabel(this);
         image->setObjectName(QStringLiteral("Image%1").arg(i));
-        image->setPixmap(vanePicture(i, ratio));
+        // One step of the turn: the arrow a sixth further each time.
+        image->setPixmap(VanePicture((i - 1) * 60.0, kVaneSize, ratio));
         image->setFixedSize(kVaneSize, kVaneSize);
         image->setVisible(i == 1);
         Image[size_t(i)] = image;

@@ -1,8 +1,10 @@
 // Program entry: --help and --version, the platform (offscreen without a
-// display, so that batch runs work on servers), the desktop seams, then Main.
+// display, so that batch runs work on servers), the icon, the desktop seams,
+// then Main.
 
 #include "shell/DesktopSeams.h"
 #include "shell/Resources.h"
+#include "shell/VanePicture.h"
 #include "shell/frmMainMDI.h"
 #include "shell/modMain.h"
 #include "core/modParseCommandLine.h"
@@ -61,6 +63,10 @@ int main(int argc, char** argv)
     QCoreApplication::setOrganizationName(QStringLiteral("Tallyvane"));
     QCoreApplication::setApplicationName(QStringLiteral("Tallyvane"));
     QCoreApplication::setApplicationVersion(QStringLiteral(TALLYVANE_VERSION));
+    // Ties the windows to the installed desktop entry, whose icon and name
+    // the desktop shows in its task switcher.
+    QGuiApplication::setDesktopFileName(QStringLiteral("tallyvane"));
+    QApplication::setWindowIcon(ProgramIcon());
     InstallDesktopSeams(hasDisplay);
 
     std::unique_ptr<frmMainMDI> frame;
