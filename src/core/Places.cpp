@@ -1,5 +1,6 @@
 #include "core/Places.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
 #include <QStandardPaths>
@@ -67,3 +68,15 @@ QString rtbTempRtfPath() { return inTemp("rtbTemp.RTF"); }
 QString masterTextPath() { return inTemp("tv_master.TXT"); }
 QString sourceTextPath() { return inTemp("tv_source.TXT"); }
 QString demoTempPath() { return inTemp("DemoTemp.TXT"); }
+
+QString installedManualPath()
+{
+#ifdef TALLYVANE_MANUAL_FROM_BIN
+    // The relative path keeps a package or a staged install relocatable.
+    const QString path = QDir::cleanPath(QCoreApplication::applicationDirPath() + QLatin1Char('/')
+                                         + QStringLiteral(TALLYVANE_MANUAL_FROM_BIN));
+    if (QFileInfo(path).isFile())
+        return path;
+#endif
+    return {};
+}

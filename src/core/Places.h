@@ -27,3 +27,8 @@ QString rtbTempRtfPath();   // rtbTemp.RTF: editor contents saved for conversion
 QString masterTextPath();   // tv_master.TXT: Original text handed to the engine
 QString sourceTextPath();   // tv_source.TXT: Modified text handed to the engine
 QString demoTempPath();     // DemoTemp.TXT: a find hit shown in a viewer
+
+// The manual's first page as installed with the program (the documentation
+// folder next to the program's bin folder), or empty when the program runs
+// from a build folder and no installed manual is there.
+QString installedManualPath();
