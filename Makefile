@@ -9,7 +9,7 @@ GENERATOR  := $(shell command -v ninja >/dev/null 2>&1 && echo "-G Ninja")
 # ccache is optional; when present, rebuilds in other checkouts reuse its objects.
 LAUNCHER   := $(shell command -v ccache >/dev/null 2>&1 && echo "-DCMAKE_CXX_COMPILER_LAUNCHER=ccache -DCMAKE_C_COMPILER_LAUNCHER=ccache")
 
-.PHONY: all build deps test run sanitize fuzz bench clean
+.PHONY: all build deps test run sanitize fuzz bench package clean
 
 all: build
 
@@ -27,6 +27,10 @@ test: build
 
 run: build
 	@scripts/run $(BUILD)
+
+# The Debian package, into $(BUILD)/tallyvane_VERSION_ARCH.deb.
+package: build
+	@cd $(BUILD) && cpack -G DEB
 
 $(ASAN_BUILD)/CMakeCache.txt:
 	@cmake -S . -B $(ASAN_BUILD) $(GENERATOR) $(LAUNCHER) -DCMAKE_BUILD_TYPE=Debug -DTALLYVANE_SANITIZE=ON -DTALLYVANE_BENCH=OFF >/dev/null
