@@ -126,6 +126,9 @@ int shots(const QString& dir, const QString& a, const QString& b)
     viewer->findChild<QTableView*>(QStringLiteral("fgFiles"))->scrollToTop();
     QCoreApplication::processEvents();
     frame.grab().save(dir + QStringLiteral("/folder-viewer.png"));
+    viewer->findChild<QTableView*>(QStringLiteral("fgFiles"))->scrollToBottom();
+    QCoreApplication::processEvents();
+    frame.grab().save(dir + QStringLiteral("/folder-viewer-end.png"));
     if (changed >= 0) {
         viewer->SelectCell(changed, 0);
         viewer->CompareSelectedFiles(false);

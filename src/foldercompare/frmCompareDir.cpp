@@ -259,6 +259,8 @@ QWidget* frmCompareDir::buildComparePage()
     fgFiles->setEditTriggers(QAbstractItemView::NoEditTriggers);
     fgFiles->setContextMenuPolicy(Qt::CustomContextMenu);
     fgFiles->setWordWrap(false);
+    // A folder row's path differs from its neighbours at its end.
+    fgFiles->setTextElideMode(Qt::ElideLeft);
     fgFiles->setShowGrid(true);
     fgFiles->setTabKeyNavigation(false);
     fgFiles->verticalHeader()->hide();
