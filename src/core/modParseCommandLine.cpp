@@ -166,6 +166,10 @@ bool ParseCommandLine(const QStringList& args)
         gsClMaster = withoutQuotes(resolvePath(withoutQuotes(positional[0])));
         gsClSource = withoutQuotes(resolvePath(withoutQuotes(positional[1])));
         usable = !TrimBlanks(gsClMaster).isEmpty() && !TrimBlanks(gsClSource).isEmpty();
+        // Two folders are a folder comparison, as `git difftool --dir-diff`
+        // hands them over.
+        if (usable && FolderExistsOnDisk(gsClMaster) && FolderExistsOnDisk(gsClSource))
+            gbClCompareFolders = true;
     }
 
     // Both paths are always tested, Source first, so one parse can report two

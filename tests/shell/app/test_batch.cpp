@@ -4,6 +4,7 @@
 // refusal when the build has none.
 
 #include "filecompare/frmCompareFiles.h"
+#include "foldercompare/frmCompareDir.h"
 #include "settings/IniStore.h"
 #include "shell/FolderBatchViewer.h"
 #include "shell/ViewerForm.h"
@@ -213,7 +214,7 @@ TEST_F(BatchTest, TheFolderDriverRunsTheFolderViewerAndCountsItsFindings)
                                   "-L", at("run.log")}));
     gbClVerbose = false;
     const bool ran = CompareFoldersFromCommandLine(*frame);
-    frmMainMDI::RegisterViewerKind(frmMainMDI::ViewerKind::CompareDir, {});
+    frmMainMDI::RegisterViewerKind(frmMainMDI::ViewerKind::CompareDir, [] { return new frmCompareDir; });
     EXPECT_TRUE(ran);
     EXPECT_EQ(glExitStatus, 7);
     EXPECT_EQ(StandInFolderViewer::calls, QStringList({"folders " + at("A") + " " + at("B"), "options 1 1", "gui",

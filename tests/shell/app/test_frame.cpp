@@ -117,19 +117,17 @@ TEST_F(FrameTest, ZeroViewersGiveAnEmptyFrameWithItsOwnMenus)
     EXPECT_EQ(descriptions().size(), 1) << "found, not made again";
 }
 
-TEST_F(FrameTest, CountsOfViewerKindsNotInThisBuildAreKept)
+TEST_F(FrameTest, FolderViewersComeBackAndCountsOfKindsNotInThisBuildAreKept)
 {
     main("numCFForms", "1");
     main("numCDForms", "2");
     main("numFTForms", "1");
     load();
-    EXPECT_EQ(descriptions(), QStringList({"1_CompareFile"}));
-    EXPECT_EQ(frame->CreateNewCompareFoldersForm(), nullptr);
-    EXPECT_FALSE(frame->findChild<QAction*>("mnuCompareFolders")->isEnabled());
-    frame->CreateNewCompareFilesForm();
+    EXPECT_EQ(descriptions(), QStringList({"1_CompareFile", "1_CompareDir", "2_CompareDir"}));
+    EXPECT_TRUE(frame->findChild<QAction*>("mnuCompareFolders")->isEnabled());
+    EXPECT_EQ(frame->CreateNewCompareFoldersForm()->sDescription, "3_CompareDir");
     closeFrame();
-    EXPECT_EQ(mainValue("numCFForms"), "2");
-    EXPECT_EQ(mainValue("numCDForms"), "2");
+    EXPECT_EQ(mainValue("numCDForms"), "3");
     EXPECT_EQ(mainValue("numFTForms"), "1");
 }
 

@@ -8,6 +8,7 @@
 #include "support/testsupport.h"
 
 #include <QDir>
+#include <algorithm>
 #include <QFile>
 #include <QProcess>
 #include <gtest/gtest.h>
@@ -114,15 +115,41 @@ TEST_F(ProgramRun, InteractiveStartNeedsADisplay)
     EXPECT_TRUE(r.err.contains("display")) << r.err.toStdString();
 }
 
-// Until the folder viewer is part of the build.
-TEST_F(ProgramRun, AFolderComparisonSaysItNeedsTheFolderViewer)
+TEST_F(ProgramRun, AFolderComparisonCountsItsFindingsReportsAndLogs)
 {
-    QDir().mkpath(at("A"));
-    QDir().mkpath(at("B"));
-    const Result r = run({"-D", "-M", "A", "-S", "B", "-X", "-G", "-L", "run.log"});
-    EXPECT_EQ(r.status, 2);
-    EXPECT_TRUE(r.err.contains(kNoFolderViewerMessage)) << r.err.toStdString();
-    EXPECT_EQ(text("run.log"), std::string(kNoFolderViewerMessage) + "\n");
+    QDir().mkpath(at("A/sub"));
+    QDir().mkpath(at("B/sub"));
+    writeFile(dir.file("A/same.txt"), "x\n");
+    writeFile(dir.file("B/same.txt"), "x\n");
+    writeFile(dir.file("A/gone.txt"), "old\n");
+    writeFile(dir.file("B/new.txt"), "new\n");
+    writeFile(dir.file("A/sub/deep.txt"), "a\n");
+    writeFile(dir.file("B/sub/deep.txt"), "b\n");
+    {
+        QFile a(at("A/same.txt")), b(at("B/same.txt"));
+        ASSERT_TRUE(a.open(QIODevice::ReadOnly) && b.open(QIODevice::ReadWrite));
+        b.setFileTime(a.fileTime(QFileDevice::FileModificationTime), QFileDevice::FileModificationTime);
+    }
+    // Without -C only the top folder; the status counts the report's rows.
+    const Result top = run({"-D", "-M", "A", "-S", "B", "-X", "-G", "-T", "f.txt", "-L", "run.log"});
+    const std::string report = text("f.txt");
+    const auto rows = int(std::count(report.begin(), report.end(), '\n')) - 1;
+    EXPECT_GE(rows, 3) << report;
+    EXPECT_EQ(top.status, rows) << top.err.toStdString();
+    EXPECT_TRUE(has(report, "gone.txt") && has(report, "new.txt")) << report;
+    EXPECT_FALSE(has(report, "deep.txt")) << report;
+    EXPECT_EQ(text("run.log"), "Successfully Compared " + dir.file("A") + " to " + dir.file("B") + "\n");
+
+    // -C goes down: the sub-folder's heading and its changed file.
+    EXPECT_EQ(run({"-D", "-M", "A", "-S", "B", "-C", "-X", "-G"}).status, rows + 2);
+    // Without -G the count stays out of the status.
+    EXPECT_EQ(run({"-D", "-M", "A", "-S", "B", "-X"}).status, 0);
+    // Two folders without -D are a folder comparison too (git difftool --dir-diff).
+    EXPECT_EQ(run({"A", "B", "-X", "-G"}).status, rows);
+    // A folder that is not there ends the run before anything is compared.
+    const Result missing = run({"-D", "-M", "A", "-S", "nowhere", "-X", "-G", "-L", "bad.log"});
+    EXPECT_EQ(missing.status, 0);
+    EXPECT_EQ(text("bad.log"), "Missing required command line argument(s)\n");
 }
 
 TEST_F(ProgramRun, ALockedPdfIsReportedWithoutAQuestion)
