@@ -1,6 +1,7 @@
 #include "shell/frmMainMDI.h"
 
 #include "filecompare/frmCompareFiles.h"
+#include "findtext/frmFindTextInFiles.h"
 #include "settings/IniStore.h"
 #include "shell/ViewerForm.h"
 #include "shell/frmAbout.h"
@@ -42,7 +43,8 @@ const QString kMain = QStringLiteral("Main");
 std::array<frmMainMDI::ViewerFactory, 3>& factories()
 {
     static std::array<frmMainMDI::ViewerFactory, 3> table{
-        [] { return static_cast<ViewerForm*>(new frmCompareFiles); }, nullptr, nullptr};
+        [] { return static_cast<ViewerForm*>(new frmCompareFiles); }, nullptr,
+        [] { return static_cast<ViewerForm*>(new frmFindTextInFiles); }};
     return table;
 }
 

@@ -123,7 +123,7 @@ TEST_F(FrameTest, CountsOfViewerKindsNotInThisBuildAreKept)
     main("numCDForms", "2");
     main("numFTForms", "1");
     load();
-    EXPECT_EQ(descriptions(), QStringList({"1_CompareFile"}));
+    EXPECT_EQ(descriptions(), QStringList({"1_CompareFile", "1_FindText"}));
     EXPECT_EQ(frame->CreateNewCompareFoldersForm(), nullptr);
     EXPECT_FALSE(frame->findChild<QAction*>("mnuCompareFolders")->isEnabled());
     frame->CreateNewCompareFilesForm();
