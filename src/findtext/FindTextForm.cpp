@@ -182,7 +182,8 @@ void frmFindTextInFiles::buildWidgets()
     tbMain2->addWidget(new QLabel(QStringLiteral("  In Folder: ")));
     cbDirectory = makeCombo("cbDirectory");
     tbMain2->addWidget(cbDirectory);
-    cmdSelectFolder = makeButton("cmdSelectFolder", QString(), QStringLiteral("Select Folder to Search In"));
+    cmdSelectFolder = makeButton("cmdSelectFolder", QStringLiteral("..."), QStringLiteral("Select Folder to Search In"));
+    cmdSelectFolder->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     cmdSelectFolder->setIcon(style()->standardIcon(QStyle::SP_DirOpenIcon));
     tbMain2->addWidget(cmdSelectFolder);
     layout->addWidget(tbMain2);

@@ -223,7 +223,10 @@ bool frmFindTextInFiles::WriteFileToMSFlexGrid(QTableWidget* grid, const QString
     item->setFont(bold);
     item->setBackground(Qt::white);
     item->setForeground(Qt::red);
-    grid->setCurrentCell(noted, 0);
+    // The hit row is current, for the keys, but not selected: a selection's
+    // colours would hide the marking.
+    grid->setCurrentCell(noted, 0, QItemSelectionModel::NoUpdate);
+    grid->clearSelection();
     grid->verticalScrollBar()->setValue(mlTopRow);
     return true;
 }
