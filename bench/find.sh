@@ -7,8 +7,13 @@
 # grep, rg and python3. The tree is made in a temporary folder and removed
 # afterwards; set TV_BENCH_DIR to a folder to keep it between runs. rg runs
 # with -uu so that it, like the others, searches hidden and ignored files.
-# Times are medians of 10 warm runs. The last lines, one per comparison, read
+# Times are medians of 10 warm runs. Then the find viewer (tv-find-viewer,
+# offscreen) runs a search with more than 50,000 hits five times: the median
+# time from its start to the last row shown against rg's median on the same
+# search, and the longest time the window went without handling events. The
+# last lines, one per comparison, read
 #   RATIO <what>-vs-<peer> <our median divided by the peer's>
+#   STALL viewer <longest milliseconds without handling events>
 set -euo pipefail
 
 here=$(cd "$(dirname "$0")" && pwd)
@@ -58,4 +63,24 @@ bench_case() {
 bench_case literal "PTHREAD_MUTEX_INITIALIZER" "-rnF PTHREAD_MUTEX_INITIALIZER" "-nF -uu PTHREAD_MUTEX_INITIALIZER"
 bench_case nocase "-i license" "-rniF license" "-niF -uu license"
 bench_case wildcard "-p str*cmp" "-rn str.*cmp" "-n -uu str.*cmp"
+viewer=$build/bench/tv-find-viewer
+if [ -x "$viewer" ]; then
+    text=include
+    echo "viewer: rg finds $(rg -n -uu -F "$text" "$tree" | wc -l) lines" >&2
+    times=() stall=0
+    for _ in 1 2 3 4 5; do
+        read -r _ rows _ secs _ ms < <("$viewer" "$text" "$tree" 2>/dev/null)
+        echo "viewer: $rows rows, last row after $secs s, longest stall $ms ms" >&2
+        times+=("$secs")
+        ((ms > stall)) && stall=$ms
+    done
+    v=$(printf '%s\n' "${times[@]}" | sort -n | sed -n 3p)
+    json=$work/find-viewer-rg.json
+    hyperfine --warmup 2 --runs 10 --export-json "$json" -n rg "$(printf '%q ' rg -nF -uu "$text" "$tree")" >/dev/null 2>&1
+    r=$(median_of "$json" 0)
+    echo "viewer median seconds to the last row: $v, rg -n $r"
+    results+=("RATIO viewer-vs-rg $(ratio "$v" "$r")" "STALL viewer $stall")
+else
+    echo "skipping the viewer: build tv-find-viewer first" >&2
+fi
 printf '%s\n' "${results[@]}"

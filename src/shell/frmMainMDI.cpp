@@ -1,6 +1,7 @@
 #include "shell/frmMainMDI.h"
 
 #include "filecompare/frmCompareFiles.h"
+#include "findtext/frmFindTextInFiles.h"
 #include "foldercompare/frmCompareDir.h"
 #include "settings/IniStore.h"
 #include "shell/ViewerForm.h"
@@ -44,7 +45,8 @@ std::array<frmMainMDI::ViewerFactory, 3>& factories()
 {
     static std::array<frmMainMDI::ViewerFactory, 3> table{
         [] { return static_cast<ViewerForm*>(new frmCompareFiles); },
-        [] { return static_cast<ViewerForm*>(new frmCompareDir); }, nullptr};
+        [] { return static_cast<ViewerForm*>(new frmCompareDir); },
+        [] { return static_cast<ViewerForm*>(new frmFindTextInFiles); }};
     return table;
 }
 

@@ -3,8 +3,13 @@
 #define PCRE2_CODE_UNIT_WIDTH 8
 #include <pcre2.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
+
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
 
 namespace gleanseek {
 namespace {
@@ -66,10 +71,95 @@ bool isBlankOrEnd(char c)
     return c == ' ' || c == '\t' || c == '\r' || c == '\n';
 }
 
+char asciiLower(char c)
+{
+    return (c >= 'A' && c <= 'Z') ? static_cast<char>(c + ('a' - 'A')) : c;
+}
+
+std::string asciiLowered(std::string_view s)
+{
+    std::string out(s);
+    for (char& c : out)
+        c = asciiLower(c);
+    return out;
+}
+
+bool equalCaseless(const char* a, const char* lowered, std::size_t n)
+{
+    for (std::size_t i = 0; i < n; ++i)
+        if (asciiLower(a[i]) != lowered[i])
+            return false;
+    return true;
+}
+
+// Finds a text in a buffer, optionally ignoring the case of ASCII letters.
+// Sixteen positions are tried at once: a position is a candidate when its
+// byte is the text's first byte and the byte at the text's length further is
+// its last (in either case), and only candidates are compared in full. Two
+// bytes at a distance rule out nearly every position of ordinary text, so
+// the search runs at the speed of reading memory.
+class LiteralFinder {
+public:
+    LiteralFinder(std::string_view text, bool caseless)
+        : needle_(caseless ? asciiLowered(text) : std::string(text)), caseless_(caseless)
+    {
+    }
+
+    const std::string& Needle() const { return needle_; }
+
+    const char* Find(const char* hay, std::size_t n) const
+    {
+        const std::size_t m = needle_.size();
+        if (m == 0)
+            return hay;
+        if (n < m)
+            return nullptr;
+        if (!caseless_ && m == 1)
+            return static_cast<const char*>(std::memchr(hay, needle_[0], n));
+        const char first = needle_[0], last = needle_[m - 1];
+        const char firstOther = caseless_ ? upper(first) : first;
+        const char lastOther = caseless_ ? upper(last) : last;
+        std::size_t i = 0;
+#if defined(__SSE2__)
+        const __m128i f1 = _mm_set1_epi8(first), f2 = _mm_set1_epi8(firstOther);
+        const __m128i l1 = _mm_set1_epi8(last), l2 = _mm_set1_epi8(lastOther);
+        for (; i + m - 1 + 16 <= n; i += 16) {
+            const __m128i a = _mm_loadu_si128(reinterpret_cast<const __m128i*>(hay + i));
+            const __m128i b = _mm_loadu_si128(reinterpret_cast<const __m128i*>(hay + i + m - 1));
+            const __m128i hitFirst = _mm_or_si128(_mm_cmpeq_epi8(a, f1), _mm_cmpeq_epi8(a, f2));
+            const __m128i hitLast = _mm_or_si128(_mm_cmpeq_epi8(b, l1), _mm_cmpeq_epi8(b, l2));
+            unsigned mask = static_cast<unsigned>(_mm_movemask_epi8(_mm_and_si128(hitFirst, hitLast)));
+            while (mask) {
+                const unsigned bit = static_cast<unsigned>(__builtin_ctz(mask));
+                if (matchesAt(hay + i + bit))
+                    return hay + i + bit;
+                mask &= mask - 1;
+            }
+        }
+#endif
+        for (; i + m <= n; ++i)
+            if (matchesAt(hay + i))
+                return hay + i;
+        return nullptr;
+    }
+
+private:
+    static char upper(char c) { return (c >= 'a' && c <= 'z') ? static_cast<char>(c - ('a' - 'A')) : c; }
+
+    bool matchesAt(const char* p) const
+    {
+        return caseless_ ? equalCaseless(p, needle_.data(), needle_.size())
+                         : std::memcmp(p, needle_.data(), needle_.size()) == 0;
+    }
+
+    const std::string needle_;
+    const bool caseless_;
+};
+
 class LiteralMatcher final : public TextMatcher {
 public:
-    LiteralMatcher(std::string needle, bool wholeWord, bool utf8)
-        : needle_(std::move(needle)), wholeWord_(wholeWord), utf8_(utf8)
+    LiteralMatcher(std::string needle, bool wholeWord, bool utf8, bool caseless)
+        : finder_(needle, caseless), wholeWord_(wholeWord), utf8_(utf8)
     {
     }
     bool NeedsUtf8() const override { return utf8_; }
@@ -78,13 +168,13 @@ public:
     bool Find(const char* data, std::size_t len, std::size_t from, std::size_t& at, Scratch&,
               std::string&) const override
     {
-        const std::size_t n = needle_.size();
+        const std::size_t n = finder_.Needle().size();
         std::size_t pos = from;
         while (pos < len && len - pos >= n) {
-            const void* p = memmem(data + pos, len - pos, needle_.data(), n);
+            const char* p = finder_.Find(data + pos, len - pos);
             if (!p)
                 return false;
-            at = static_cast<std::size_t>(static_cast<const char*>(p) - data);
+            at = static_cast<std::size_t>(p - data);
             if (!wholeWord_ || ((at == 0 || isBlankOrEnd(data[at - 1])) && (at + n == len || isBlankOrEnd(data[at + n]))))
                 return true;
             pos = at + 1;
@@ -93,7 +183,7 @@ public:
     }
 
 private:
-    const std::string needle_;
+    const LiteralFinder finder_;
     const bool wholeWord_;
     const bool utf8_;
 };
@@ -107,8 +197,10 @@ public:
         pcre2_match_data* data;
     };
 
+    // `required` is a text that every match contains (empty when there is
+    // none): lines without it are skipped without running the pattern.
     static std::unique_ptr<TextMatcher> Create(const std::string& pattern, bool caseSensitive, bool utf8,
-                                               std::string& error)
+                                               const std::string& required, std::string& error)
     {
         std::uint32_t options = PCRE2_MULTILINE;
         if (!caseSensitive)
@@ -126,7 +218,7 @@ public:
         // Without JIT (not built in, or refused by the system) the
         // interpreter gives the same answers, only slower.
         pcre2_jit_compile(re, PCRE2_JIT_COMPLETE);
-        return std::unique_ptr<TextMatcher>(new PcreMatcher(re, utf8));
+        return std::unique_ptr<TextMatcher>(new PcreMatcher(re, utf8, required, !caseSensitive));
     }
 
     ~PcreMatcher() override { pcre2_code_free(code_); }
@@ -137,6 +229,39 @@ public:
               std::string& error) const override
     {
         auto& s = static_cast<PcreScratch&>(scratch);
+        if (!prefilter_)
+            return match(data, len, from, at, s, error);
+        // Matches never cross a line end, so the pattern only needs to run
+        // on the lines that hold the required text, each on its own.
+        std::size_t pos = from;
+        while (pos < len) {
+            const char* candidate = prefilter_->Find(data + pos, len - pos);
+            if (!candidate)
+                return false;
+            const std::size_t c = static_cast<std::size_t>(candidate - data);
+            const void* before = memrchr(data + pos, '\n', c - pos);
+            const std::size_t lineStart = before ? static_cast<std::size_t>(static_cast<const char*>(before) - data) + 1 : pos;
+            const void* nl = std::memchr(data + c, '\n', len - c);
+            const std::size_t lineEnd = nl ? static_cast<std::size_t>(static_cast<const char*>(nl) - data) + 1 : len;
+            if (match(data, lineEnd, std::max(lineStart, from), at, s, error))
+                return true;
+            if (!error.empty())
+                return false;
+            pos = lineEnd;
+        }
+        return false;
+    }
+
+private:
+    PcreMatcher(pcre2_code* code, bool utf8, const std::string& required, bool caseless)
+        : code_(code), utf8_(utf8),
+          prefilter_(required.empty() ? nullptr : std::make_unique<LiteralFinder>(required, caseless))
+    {
+    }
+
+    bool match(const char* data, std::size_t len, std::size_t from, std::size_t& at, PcreScratch& s,
+               std::string& error) const
+    {
         const int rc = pcre2_match(code_, reinterpret_cast<PCRE2_SPTR>(data), len, from, 0, s.data, nullptr);
         if (rc >= 0) {
             at = pcre2_get_ovector_pointer(s.data)[0];
@@ -146,9 +271,6 @@ public:
             error = message(rc);
         return false;
     }
-
-private:
-    PcreMatcher(pcre2_code* code, bool utf8) : code_(code), utf8_(utf8) {}
 
     static std::string message(int code)
     {
@@ -160,6 +282,7 @@ private:
 
     pcre2_code* code_;
     const bool utf8_;
+    const std::unique_ptr<const LiteralFinder> prefilter_;
 };
 
 } // namespace
@@ -236,6 +359,51 @@ bool TranslatePattern(std::string_view text, std::string& pcre, bool& usesWildca
     return true;
 }
 
+std::string RequiredLiteral(std::string_view text)
+{
+    // Of equally long runs the one with fewer of the commonest letters of
+    // source and prose is searched for: it gives fewer false candidates.
+    const auto common = [](const std::string& r) {
+        return std::count_if(r.begin(), r.end(), [](char c) {
+            return std::strchr(" etaoinsrlhd_", asciiLower(c)) != nullptr;
+        });
+    };
+    std::string best, run;
+    const auto endRun = [&] {
+        if (run.size() > best.size() || (run.size() == best.size() && common(run) < common(best)))
+            best = run;
+        run.clear();
+    };
+    std::size_t i = 0;
+    const std::size_t end = text.size();
+    if (end > 0 && text[0] == '^')
+        i = 1;
+    while (i < end) {
+        const char c = text[i];
+        if (c == '\\' && i + 1 < end) {
+            run.push_back(text[i + 1]);
+            i += 2;
+        } else if (c == '?' || c == '*' || (c == '$' && i + 1 == end)) {
+            endRun();
+            ++i;
+        } else if (c == '[') {
+            endRun();
+            // Skip the set as the translation reads it, escapes included.
+            std::size_t j = i + 1;
+            if (j < end && (text[j] == '!' || text[j] == '^'))
+                ++j;
+            while (j < end && text[j] != ']')
+                j += (text[j] == '\\' && j + 1 < end) ? 2 : 1;
+            i = j + 1;
+        } else {
+            run.push_back(c);
+            ++i;
+        }
+    }
+    endRun();
+    return best;
+}
+
 std::unique_ptr<TextMatcher> TextMatcher::Create(const MatchOptions& options, std::string& error)
 {
     if (options.text.empty()) {
@@ -249,18 +417,28 @@ std::unique_ptr<TextMatcher> TextMatcher::Create(const MatchOptions& options, st
     const bool nonAscii = hasNonAscii(options.text);
     std::string pcre;
     bool wildcards = false;
+    std::string required;
     if (options.pattern) {
         if (!TranslatePattern(options.text, pcre, wildcards, error))
             return nullptr;
-    } else if (options.caseSensitive) {
-        return std::make_unique<LiteralMatcher>(options.text, options.wholeWord, nonAscii);
+        required = RequiredLiteral(options.text);
+    } else if (options.caseSensitive || !nonAscii) {
+        // ASCII letters are all that a case-blind search of an ASCII text
+        // folds, so a byte search does it.
+        return std::make_unique<LiteralMatcher>(options.text, options.wholeWord, nonAscii, !options.caseSensitive);
     } else {
         for (std::size_t i = 0; i < options.text.size();)
             i += appendLiteral(pcre, options.text, i);
     }
+    // The case-blind prefilter folds ASCII letters only, while a pattern
+    // matched as Unicode also folds K and S with the Kelvin sign and the long
+    // s; such texts go to the pattern alone.
+    if (!options.caseSensitive
+        && (hasNonAscii(required) || required.find_first_of("kKsS") != std::string::npos))
+        required.clear();
     if (options.wholeWord)
         pcre = "(?<![^ \\t\\r\\n])(?:" + pcre + ")(?![^ \\t\\r\\n])";
-    return PcreMatcher::Create(pcre, options.caseSensitive, nonAscii || wildcards, error);
+    return PcreMatcher::Create(pcre, options.caseSensitive, nonAscii || wildcards, required, error);
 }
 
 } // namespace gleanseek

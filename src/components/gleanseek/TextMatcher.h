@@ -35,6 +35,11 @@ struct MatchOptions {
 // a symbol that stands for "a character" occurs.
 bool TranslatePattern(std::string_view text, std::string& pcre, bool& usesWildcards, std::string& error);
 
+// The longest run of characters that every match of a pattern in the
+// six-symbol syntax contains; empty when there is none (a pattern of
+// wildcards alone).
+std::string RequiredLiteral(std::string_view text);
+
 class TextMatcher {
 public:
     // Per-thread state for matching (PCRE2 match data).

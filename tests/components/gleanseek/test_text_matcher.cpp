@@ -145,3 +145,43 @@ TEST(MakeItem, TabsBecomeBlanksAndLongLinesAreCut)
     EXPECT_EQ(cut.substr(0, 3), "...");
     EXPECT_EQ(cut.size() % 2, 0u);  // "..." twice plus whole two-byte characters
 }
+
+TEST(TextMatcher, CaseBlindLiteralsFindEveryPlaceAcrossBlockEdges)
+{
+    // A match may start or end anywhere in a block of sixteen bytes, or at the
+    // very end of the text; every placement must be found exactly once.
+    for (std::size_t lead = 0; lead < 40; ++lead) {
+        SCOPED_TRACE(lead);
+        const std::string line = std::string(lead, 'x') + "LiCeNsE";
+        EXPECT_EQ(find(line + "\n", "license"), V({"1:" + std::to_string(lead + 1)}));
+        EXPECT_EQ(find(line, "license"), V({"1:" + std::to_string(lead + 1)}));
+        EXPECT_EQ(find(line, "licensed"), V{});
+        EXPECT_EQ(find(line, "e"), V({"1:" + std::to_string(lead + 4)}));
+    }
+    // Near misses that share the first and last letters are not hits.
+    EXPECT_EQ(find("lxcense lIcEnSe\n", "license"), V({"1:9"}));
+    EXPECT_EQ(find("a-license b license\n", "license", false, false, true), V({"1:13"}));
+    // Only ASCII letters fold in a case-blind byte search; other bytes are exact.
+    EXPECT_EQ(find("[@] [`]\n", "[`]"), V({"1:5"}));
+}
+
+TEST(TextMatcher, APatternRunsOnlyOnLinesHoldingItsRequiredText)
+{
+    EXPECT_EQ(RequiredLiteral("str*cmp"), "cmp") << "equally long: the one with rarer letters";
+    EXPECT_EQ(RequiredLiteral("^ab?cdef$"), "cdef");
+    EXPECT_EQ(RequiredLiteral("[\\]x]yz"), "yz");
+    EXPECT_EQ(RequiredLiteral("a\\*b*"), "a*b");
+    EXPECT_EQ(RequiredLiteral("*?"), "");
+    // The first line holds both parts in the wrong order, the second only one,
+    // the third has the second part before the match starts.
+    const std::string text = "cmp then str\nstr only\nxx cmp str_cmp\n";
+    EXPECT_EQ(find(text, "str*cmp", true, true), V({"3:8"}));
+    EXPECT_EQ(find(text, "STR*CMP", true, false), V({"3:8"}));
+    EXPECT_EQ(find("ab\nxab\n", "^ab", true), V({"1:1"}));
+    EXPECT_EQ(find("xab\nab\n", "^ab", true), V({"2:1"}));
+    EXPECT_EQ(find("ab x\nx ab\n", "ab$", true), V({"2:3"}));
+    EXPECT_EQ(find("a xstr_cmp b\n", "str*cmp", true, false, true), V{});
+    EXPECT_EQ(find("a str_cmp\n", "str*cmp", true, false, true), V({"1:3"}));
+    // A case-blind pattern with k or s also matches their Unicode twins.
+    EXPECT_EQ(find("\xC5\xBFt?\n", "st?", true), V({"1:1"}));
+}
