@@ -74,10 +74,7 @@ void InstallDesktopSeams(bool hasDisplay)
 {
     static DesktopLauncher desktop;
     static ConsoleLauncher console;
-    if (hasDisplay)
-        setLauncher(&desktop);
-    else
-        setLauncher(&console);
+    setLauncher(hasDisplay ? &desktop : &console);
     if (hasDisplay) {
         setMessagePresenter([](const QString& message) {
             QMessageBox::information(nullptr, QCoreApplication::applicationName(), message);
