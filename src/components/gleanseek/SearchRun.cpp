@@ -148,13 +148,16 @@ void SearchOneFile(int dirfd, const char* name, const std::string& path, const T
         bomSkip = 0;
         const char* text = data + start;
         std::size_t textLen = end - start;
-        if (matcher.NeedsUtf8() && !IsValidUtf8(text, textLen)) {
+        // Most pieces of most files cannot match; they are neither decoded
+        // nor searched, only their lines counted.
+        const bool mayMatch = matcher.MayMatch(text, textLen);
+        if (mayMatch && matcher.NeedsUtf8() && !IsValidUtf8(text, textLen)) {
             buf.converted.clear();
             AppendWindows1252AsUtf8(buf.converted, text, textLen);
             text = buf.converted.data();
             textLen = buf.converted.size();
         }
-        if (!SearchLines(matcher, scratch, text, textLen, line, path, found, error)) {
+        if (mayMatch && !SearchLines(matcher, scratch, text, textLen, line, path, found, error)) {
             report(kErrorPatternTooComplex, "The search text is too complex for a line of " + path + ": " + error);
             break;
         }
