@@ -84,12 +84,8 @@ void frmFindTextInFiles::SetupAndBeginSearch()
     MruAddUniqueItem(mcolSearchFor, o.sSearchText);
     MruWriteSection(gsIniFile, QStringLiteral("SearchFor"), mcolSearchFor);
 
-    o.bSupportOfficeDocs = cbSupportOfficeDocs->isChecked();
-    o.bCaseSensitive = cbCaseSensitive->isChecked();
-    o.bLookInSubfolders = cbLookInSubfolders->isChecked();
-    o.bWholeWordOnly = cbWholeWordOnly->isChecked();
-    o.bRegularExpression = cbRegularExpression->isChecked();
     session_->SetOptions(o);
+    PushOptionsToControl();
     BeginSearch();
 }
 
