@@ -206,7 +206,7 @@ void frmFindTextInFiles::buildWidgets()
     fgFiles->setObjectName(QStringLiteral("fgFiles"));
     fgFiles->setModel(hitsModel_);
     fgFiles->verticalHeader()->hide();
-    fgFiles->verticalHeader()->setSectionResizeMode(QHeaderView::Interactive);
+    fgFiles->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     fgFiles->setSelectionBehavior(QAbstractItemView::SelectRows);
     fgFiles->setEditTriggers(QAbstractItemView::NoEditTriggers);
     fgFiles->setWordWrap(true);
