@@ -29,7 +29,7 @@ constexpr qint32 kHitsPerTick = 100;
 // Escape is heard, every this many rows.
 constexpr qint32 kRowsPerYield = 25;
 // The longest a batch holds the window without letting events through.
-constexpr qint64 kYieldMs = 15;
+constexpr qint64 kYieldMs = 8;
 // The time panel moves every this many ticks.
 constexpr qint32 kTicksPerTimeUpdate = 15;
 
