@@ -61,13 +61,20 @@ int main(int argc, char** argv)
     qint64 longest = 0;
     QTimer probe;
     probe.setInterval(5);
+    const bool verbose = std::getenv("TV_STALLS") != nullptr;
+    QElapsedTimer clock;
     QObject::connect(&probe, &QTimer::timeout, [&] {
-        longest = std::max(longest, sinceTick.restart());
+        const qint64 gap = sinceTick.restart();
+        if (verbose && gap > 50)
+            std::fprintf(stderr, "stall %lld ms ending at %.3f s, %d rows, searching %d\n", (long long)gap,
+                         double(clock.elapsed()) / 1000, form.Hits().Count(), int(form.Session().InProgress()));
+        longest = std::max(longest, gap);
     });
 
-    QElapsedTimer clock;
     bool started = false;
-    QTimer::singleShot(0, [&] {
+    // The search starts once the window has been shown and painted, so the
+    // stall measured is the search's and not the first layout's.
+    QTimer::singleShot(300, [&] {
         clock.start();
         sinceTick.start();
         probe.start();

@@ -206,7 +206,7 @@ void frmFindTextInFiles::buildWidgets()
     fgFiles->setObjectName(QStringLiteral("fgFiles"));
     fgFiles->setModel(hitsModel_);
     fgFiles->verticalHeader()->hide();
-    fgFiles->verticalHeader()->setSectionResizeMode(QHeaderView::Interactive);
+    fgFiles->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     fgFiles->setSelectionBehavior(QAbstractItemView::SelectRows);
     fgFiles->setEditTriggers(QAbstractItemView::NoEditTriggers);
     fgFiles->setWordWrap(true);
@@ -295,8 +295,12 @@ void frmFindTextInFiles::buildWidgets()
         panels_[i] = new QLabel(design[i]);
         panels_[i]->setObjectName(QStringLiteral("sbStatusPanel%1").arg(i + 1));
         panels_[i]->setContentsMargins(4, 0, 4, 0);
-        if (i == 1 || i == 4)
-            panels_[i]->setMinimumWidth(70);
+        // Panels keep their width whatever they say: a text that changed the
+        // size hint would lay out the whole window again on every tick.
+        panels_[i]->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+        const QString widest[5] = {design[0], QStringLiteral("0000000"), QStringLiteral("Search In Progress. Press ESC to abort."),
+                                   design[3], QStringLiteral("00000.0 (Sec)")};
+        panels_[i]->setMinimumWidth(panels_[i]->fontMetrics().horizontalAdvance(widest[i]) + 12);
         sbStatus->addWidget(panels_[i], i == 2 ? 1 : 0);
     }
     layout->addWidget(sbStatus);

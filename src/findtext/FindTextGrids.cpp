@@ -32,10 +32,11 @@ constexpr qint32 kRowsAboveHit = 3;
 // Bytes of one line kept for the hit viewer; a longer line (a one-line
 // file of hundreds of megabytes) is cut so the grid stays small.
 constexpr std::size_t kMaxLineBytes = 16 * 1024;
-// Row heights are fitted to their text only up to this many rows: measuring
-// every row of a million hits would hold the window for seconds, and rows
-// beyond keep one line with the full text in their tool tip.
-constexpr int kMaxRowsSized = 20000;
+// Row heights are fitted to their text only up to this many rows: each row
+// made taller costs the view time in proportion to all its rows, and 3,800
+// rows took a third of a second. Rows beyond keep one line, with long texts
+// shortened in the middle and shown whole in their tool tip.
+constexpr int kMaxRowsSized = 1000;
 // The splitters take sizes as integers; ratios are kept to this precision.
 constexpr int kRatioScale = 100000;
 

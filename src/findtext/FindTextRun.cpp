@@ -29,7 +29,7 @@ constexpr qint32 kHitsPerTick = 100;
 // Escape is heard, every this many rows.
 constexpr qint32 kRowsPerYield = 25;
 // The longest a batch holds the window without letting events through.
-constexpr qint64 kYieldMs = 30;
+constexpr qint64 kYieldMs = 8;
 // The time panel moves every this many ticks.
 constexpr qint32 kTicksPerTimeUpdate = 15;
 
@@ -84,12 +84,8 @@ void frmFindTextInFiles::SetupAndBeginSearch()
     MruAddUniqueItem(mcolSearchFor, o.sSearchText);
     MruWriteSection(gsIniFile, QStringLiteral("SearchFor"), mcolSearchFor);
 
-    o.bSupportOfficeDocs = cbSupportOfficeDocs->isChecked();
-    o.bCaseSensitive = cbCaseSensitive->isChecked();
-    o.bLookInSubfolders = cbLookInSubfolders->isChecked();
-    o.bWholeWordOnly = cbWholeWordOnly->isChecked();
-    o.bRegularExpression = cbRegularExpression->isChecked();
     session_->SetOptions(o);
+    PushOptionsToControl();
     BeginSearch();
 }
 

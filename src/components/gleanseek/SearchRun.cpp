@@ -15,8 +15,14 @@ namespace gleanseek {
 namespace {
 
 // Files are read in pieces of whole lines so that a huge file needs no
-// more memory than this (plus its longest line, up to kMaxLine).
+// more memory than this (plus its longest line, up to kMaxLine). When a
+// matcher needs UTF-8, a piece is decoded as a whole, so pieces are large
+// and most files are decoded in one; otherwise lines are taken one by one
+// and a small piece serves better: each worker's buffer is touched for the
+// first time only up to this size, and those first touches (page faults)
+// cost more than the search when buffers grow to the largest file.
 constexpr std::size_t kChunk = 8u << 20;
+constexpr std::size_t kSmallChunk = 256u << 10;
 constexpr std::size_t kMaxLine = 64u << 20;
 constexpr std::size_t kFilesPerBatch = 16;
 // Each queued batch may hold its folder open; this keeps the number of
@@ -84,9 +90,10 @@ void SearchOneFile(int dirfd, const char* name, const std::string& path, const T
             return;
         // Ask for exactly what the file holds, so that a small file costs one
         // read; a file that reports size 0 (a kernel file) is read to its end.
-        std::size_t want = kChunk;
+        const std::size_t chunk = matcher.NeedsUtf8() ? kChunk : kSmallChunk;
+        std::size_t want = chunk;
         if (size > 0)
-            want = std::min(kChunk, size > total ? size - total : 0);
+            want = std::min(chunk, size > total ? size - total : 0);
         buf.reserve(carry, carry + want + 1);
         std::size_t got = 0;
         int err = 0;
@@ -103,10 +110,16 @@ void SearchOneFile(int dirfd, const char* name, const std::string& path, const T
             const auto b0 = bytes > 0 ? static_cast<unsigned char>(data[0]) : 0;
             const auto b1 = bytes > 1 ? static_cast<unsigned char>(data[1]) : 0;
             if ((b0 == 0xFF && b1 == 0xFE) || (b0 == 0xFE && b1 == 0xFF)) {
-                // UTF-16 is decoded whole; one too large for a single piece
-                // is passed over like other files full of NUL bytes.
-                if (!eof)
-                    return;
+                // UTF-16 is decoded whole, so it is read on to its end; one
+                // larger than a large piece is passed over like other files
+                // full of NUL bytes.
+                if (!eof) {
+                    if (bytes >= kChunk)
+                        return;
+                    carry = bytes;
+                    first = true;
+                    continue;
+                }
                 buf.converted.clear();
                 AppendUtf16AsUtf8(buf.converted, data + 2, bytes - 2, b0 == 0xFE);
                 if (std::memchr(buf.converted.data(), 0, buf.converted.size()))
@@ -135,13 +148,16 @@ void SearchOneFile(int dirfd, const char* name, const std::string& path, const T
         bomSkip = 0;
         const char* text = data + start;
         std::size_t textLen = end - start;
-        if (matcher.NeedsUtf8() && !IsValidUtf8(text, textLen)) {
+        // Most pieces of most files cannot match; they are neither decoded
+        // nor searched, only their lines counted.
+        const bool mayMatch = matcher.MayMatch(text, textLen);
+        if (mayMatch && matcher.NeedsUtf8() && !IsValidUtf8(text, textLen)) {
             buf.converted.clear();
             AppendWindows1252AsUtf8(buf.converted, text, textLen);
             text = buf.converted.data();
             textLen = buf.converted.size();
         }
-        if (!SearchLines(matcher, scratch, text, textLen, line, path, found, error)) {
+        if (mayMatch && !SearchLines(matcher, scratch, text, textLen, line, path, found, error)) {
             report(kErrorPatternTooComplex, "The search text is too complex for a line of " + path + ": " + error);
             break;
         }

@@ -225,6 +225,13 @@ public:
     bool NeedsUtf8() const override { return utf8_; }
     std::unique_ptr<Scratch> NewScratch() const override { return std::make_unique<PcreScratch>(code_); }
 
+    // An ASCII required text reads the same in raw bytes as after any
+    // decoding to UTF-8, so its absence from the raw bytes settles it.
+    bool MayMatch(const char* data, std::size_t len) const override
+    {
+        return !asciiPrefilter_ || prefilter_->Find(data, len) != nullptr;
+    }
+
     bool Find(const char* data, std::size_t len, std::size_t from, std::size_t& at, Scratch& scratch,
               std::string& error) const override
     {
@@ -255,7 +262,8 @@ public:
 private:
     PcreMatcher(pcre2_code* code, bool utf8, const std::string& required, bool caseless)
         : code_(code), utf8_(utf8),
-          prefilter_(required.empty() ? nullptr : std::make_unique<LiteralFinder>(required, caseless))
+          prefilter_(required.empty() ? nullptr : std::make_unique<LiteralFinder>(required, caseless)),
+          asciiPrefilter_(prefilter_ && !hasNonAscii(required))
     {
     }
 
@@ -283,6 +291,7 @@ private:
     pcre2_code* code_;
     const bool utf8_;
     const std::unique_ptr<const LiteralFinder> prefilter_;
+    const bool asciiPrefilter_;
 };
 
 } // namespace

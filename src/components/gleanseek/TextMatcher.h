@@ -60,6 +60,10 @@ public:
 
     virtual std::unique_ptr<Scratch> NewScratch() const = 0;
 
+    // False when no match can be in these raw bytes, whatever their encoding
+    // turns out to be: the text need not be decoded or searched at all.
+    virtual bool MayMatch(const char*, std::size_t) const { return true; }
+
     // Finds the first match that starts at or after `from` in
     // [data, data + len), which holds whole lines. False when there is none,
     // or when the matcher failed (then `error` is set).

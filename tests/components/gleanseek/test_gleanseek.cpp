@@ -204,10 +204,24 @@ TEST(Gleanseek, LargeFilesAreReadInPiecesWithoutLosingLines)
     // The same, but a NUL byte far into the file makes it binary after all.
     put(tmp.file("late-binary.txt"), "needle early\n" + big + std::string(1, '\0'));
 
+    // UTF-16 is decoded whole, even when it is larger than a piece of a
+    // plain file.
+    std::string wide = "\xFF\xFE";
+    std::u16string text;
+    for (int i = 0; i < 20000; ++i)
+        text += u"filler line\n";
+    text += u"wide needle\n";
+    for (char16_t c : text) {
+        wide += static_cast<char>(c & 0xFF);
+        wide += static_cast<char>(c >> 8);
+    }
+    put(tmp.file("wide.txt"), wide);
+
     Gleanseek g;
     g.setSearchFolder(tmp.path());
     g.setSearchText("needle");
-    EXPECT_EQ(search(g, tmp.path()), V({"big.txt " + std::to_string(linesBefore + 1) + ":13 here is the needle"}));
+    EXPECT_EQ(search(g, tmp.path()), V({"big.txt " + std::to_string(linesBefore + 1) + ":13 here is the needle",
+                                        "wide.txt 20001:6 wide needle"}));
 }
 
 TEST(Gleanseek, UnreadableFilesAndFoldersAreReportedAndTheSearchGoesOn)
