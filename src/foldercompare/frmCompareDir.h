@@ -98,6 +98,7 @@ protected:
     bool QueryUnload() override;
     void Form_Unload() override;
     void resizeEvent(QResizeEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     void buildWidgets();
