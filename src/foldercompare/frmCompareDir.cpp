@@ -364,8 +364,7 @@ void frmCompareDir::RefreshDiffViewer()
     mlStartTicks = tickCount();
     ClearGridbox();
     lstErrorMessages->clear();
-    if (!QApplication::overrideCursor())
-        QApplication::setOverrideCursor(Qt::BusyCursor);
+    SetRunCursor(true);
     lstErrorMessages->addItem(kErrorListHeading);
     SetPanel(5, QStringLiteral("..."));
     mbStopRows = false;
@@ -390,8 +389,7 @@ void frmCompareDir::OnCompareError(const QString& message)
 
 void frmCompareDir::OnCompareCompleted()
 {
-    if (QApplication::overrideCursor())
-        QApplication::restoreOverrideCursor();
+    SetRunCursor(false);
     mlStartTicks = qAbs(tickCount() - mlStartTicks);
     SetPanel(5, QString::number(double(mlStartTicks) / 1000.0) + QStringLiteral(" (Sec)"));
     tbAbort->setVisible(false);
@@ -467,8 +465,7 @@ void frmCompareDir::AddFindingsToGrid(qint32 lLimit)
 
 void frmCompareDir::Abort()
 {
-    if (QApplication::overrideCursor())
-        QApplication::restoreOverrideCursor();
+    SetRunCursor(false);
     session_->Abort();
     StopTimer1();
     tbAbort->setVisible(false);
@@ -493,6 +490,19 @@ qint32 frmCompareDir::RecordCount() const
 bool frmCompareDir::WriteReport(const QString& sPath)
 {
     return session_->WriteReport(sPath);
+}
+
+void frmCompareDir::SetRunCursor(bool on)
+{
+    // Only the cursor this viewer set is taken back: Escape with no run, or
+    // a second start, must not pop another window's.
+    if (on == mbRunCursor)
+        return;
+    mbRunCursor = on;
+    if (on)
+        QApplication::setOverrideCursor(Qt::BusyCursor);
+    else
+        QApplication::restoreOverrideCursor();
 }
 
 bool frmCompareDir::Timer1Active() const
@@ -783,7 +793,6 @@ void frmCompareDir::Form_Unload()
 {
     StopTimer1();
     session_->Release();
-    if (QApplication::overrideCursor() && tbAbort->isVisible())
-        QApplication::restoreOverrideCursor();
+    SetRunCursor(false);
     SaveIniFile();
 }

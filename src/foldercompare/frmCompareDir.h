@@ -117,6 +117,7 @@ private:
     void LayoutFolderBoxes();
     void SetPanel(int panel, const QString& text);
     void StartTimer1();
+    void SetRunCursor(bool on);
     void StopTimer1();
     void ApplyColumnWidths();
     void KeepColumnWidths();
@@ -146,6 +147,7 @@ private:
     bool mbWidthsRead = false;
     bool mbTimerOn = false;
     bool mbClockDriven = true;
+    bool mbRunCursor = false;
     qint32 mlNextRecord = 0;
     qint32 mlFileRows = 0;
     qint32 mlDirRows = 0;
