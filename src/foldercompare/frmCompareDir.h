@@ -98,6 +98,7 @@ protected:
     bool QueryUnload() override;
     void Form_Unload() override;
     void resizeEvent(QResizeEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     void buildWidgets();
@@ -116,6 +117,7 @@ private:
     void LayoutFolderBoxes();
     void SetPanel(int panel, const QString& text);
     void StartTimer1();
+    void SetRunCursor(bool on);
     void StopTimer1();
     void ApplyColumnWidths();
     void KeepColumnWidths();
@@ -145,6 +147,7 @@ private:
     bool mbWidthsRead = false;
     bool mbTimerOn = false;
     bool mbClockDriven = true;
+    bool mbRunCursor = false;
     qint32 mlNextRecord = 0;
     qint32 mlFileRows = 0;
     qint32 mlDirRows = 0;
