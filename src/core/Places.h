@@ -18,8 +18,13 @@ QString dataFolder();
 // A folder only this process uses (mode 0700) under $XDG_RUNTIME_DIR, or the
 // system's temporary folder when there is no usable runtime folder. Made on
 // the first call and removed with everything in it when the process exits
-// normally. Empty if no such folder could be made.
+// normally or is ended by SIGTERM, SIGINT or SIGHUP. Empty if no such folder
+// could be made. The first call also clears away the folders of copies that
+// died without removing theirs.
 QString tempFolder();
+
+// Removes this user's work folders whose process is gone; returns how many.
+int removeStaleWorkFolders();
 
 // The work files inside tempFolder(); empty when it could not be made.
 QString tempRtfPath();      // Temp.RTF: a loaded document on its way into an editor

@@ -247,7 +247,10 @@ bool frmCompareFiles::CreateReport(const QString& sReportFile, qint32 lReportFor
 {
     filecompare::BusyCursor busy;
     // The report shows what the editors hold now, edits included.
-    CompareDocuments(2);
+    if (!CompareDocuments(2)) {
+        MsgBox(this, compareFailure_, MsgButtons::OK, MsgIcon::None, QStringLiteral("Report Creation Error"));
+        return false;
+    }
     const int r = SkeinMacroDiff.CreateFileReport(QFile::encodeName(sReportFile).toStdString(), lReportFormat,
                                                   lReportStyle);
     if (r >= 0)

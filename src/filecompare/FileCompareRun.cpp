@@ -4,6 +4,7 @@
 #include "filecompare/FileCompareWidgets.h"
 #include "filecompare/frmCompareFiles.h"
 #include "core/modGlobal.h"
+#include "core/modParseCommandLine.h"
 #include "shell/frmPleaseWait.h"
 #include "shell/modMessageBox.h"
 
@@ -224,6 +225,7 @@ bool frmCompareFiles::CompareCommandLineForReport(bool bCompare)
         mlStartTicks.start();
         SetPanelText(3, QStringLiteral("Loading files..."));
         loaded = LoadModifiedThenOriginal(moFileOptions.sFileModified.Data(), moFileOptions.sFileOriginal.Data());
+        // A compare that fails is compared again, and reported, by the report.
         if (loaded && bCompare)
             CompareDocuments(2);
     }
@@ -238,6 +240,7 @@ void frmCompareFiles::RunCompare(bool bShowDifference)
     RunScope scope(this);
     const qint32 rememberedDifference = mlCurrentDifference;
     EditorsLocked editors(rtbOriginal, rtbModified);
+    bool failed = false;
     {
         filecompare::BusyCursor busy;
         DoEvents();
@@ -273,7 +276,26 @@ void frmCompareFiles::RunCompare(bool bShowDifference)
             docModified.ParagraphCollectionCreate();
             docModifiedDiff.ParagraphCollectionCreate();
         }
-        CompareDocuments(2);
+        if (!CompareDocuments(2)) {
+            // Nothing was compared: the views keep what they showed and are
+            // rendered anew by the next run that works.
+            mbSideBySideFresh = mbAllInOneFresh = false;
+            failed = true;
+        }
+    }
+    if (failed) {
+        editors.release();
+        tbAbort->setVisible(false);
+        cmdChangeViewFormat->show();
+        rtbOriginalDiff->setTextRTF(RichText());
+        rtbModifiedDiff->setTextRTF(RichText());
+        SetPanelText(3, QStringLiteral("Compare Failed: ") + compareFailure_);
+        LogMessage(compareFailure_, gsClLogFile, gbClVerbose);
+        emit runFinished();
+        return;
+    }
+    {
+        filecompare::BusyCursor busy;
         UpdateNavigationalDropDownListBox();
 
         BulkEdit filtered{rtbDeletions, rtbAdditions, rtbChanges};
@@ -342,18 +364,26 @@ void frmCompareFiles::RunCompare(bool bShowDifference)
     emit runFinished();
 }
 
-void frmCompareFiles::CompareDocuments(qint32 lMode)
+bool frmCompareFiles::CompareDocuments(qint32 lMode)
 {
     SetPanelText(3, QStringLiteral("Compare In Process..."));
     filecompare::BusyCursor busy;
-    if (lMode == 1) {
-        WriteWordLines(rtbOriginal->Text(), gsMasterTextFile);
-        WriteWordLines(rtbModified->Text(), gsSourceTextFile);
-    } else {
-        WriteWholeText(rtbOriginal->Text(), gsMasterTextFile);
-        WriteWholeText(rtbModified->Text(), gsSourceTextFile);
-    }
+    compareFailure_.clear();
+    auto write = [lMode](const QString& text, const QString& file) {
+        return lMode == 1 ? WriteWordLines(text, file) : WriteWholeText(text, file);
+    };
     Skeinmatch& e = SkeinMacroDiff;
+    // A work file that could not be written would leave the engine comparing
+    // what an earlier run wrote there, or nothing: the run stops instead.
+    if (!write(rtbOriginal->Text(), gsMasterTextFile))
+        compareFailure_ = QStringLiteral("Unable to write the Original's text for comparison: ") + gsMasterTextFile;
+    else if (!write(rtbModified->Text(), gsSourceTextFile))
+        compareFailure_ = QStringLiteral("Unable to write the Modified's text for comparison: ") + gsSourceTextFile;
+    if (!compareFailure_.isEmpty()) {
+        // The records of an earlier run must not pass for this one's.
+        e.compareTexts({}, {});
+        return false;
+    }
     e.setMasterFile(QFile::encodeName(gsMasterTextFile).toStdString());
     e.setSourceFile(QFile::encodeName(gsSourceTextFile).toStdString());
     e.setIgnoreCase(moFileOptions.bIgnoreCase.Data());
@@ -366,17 +396,29 @@ void frmCompareFiles::CompareDocuments(qint32 lMode)
     e.setLineBracket(moFileOptions.lLineBracket.Data());
     e.setCompareMode(0);
     e.CompareFiles();
+    switch (e.loadStatus()) {
+    case 0: return true;
+    case -3: compareFailure_ = QStringLiteral("Unable to load master file for comparison"); break;
+    case -4: compareFailure_ = QStringLiteral("Unable to load source file for comparison"); break;
+    default: compareFailure_ = QStringLiteral("The comparison ran out of memory"); break;
+    }
+    if (!e.loadError().empty())
+        compareFailure_ += QStringLiteral(" (") + QString::fromStdString(e.loadError()) + QLatin1Char(')');
+    return false;
 }
 
 bool frmCompareFiles::WriteWholeText(const QString& sText, const QString& sFile)
 {
-    // One paragraph is one line, and the text's last paragraph ends the file.
+    // One paragraph is one line. A text that ends in a line end already
+    // ends its last line: another would add an empty line that is in
+    // neither document, and every report would show it.
     QFile f(sFile);
     if (sFile.isEmpty() || !f.open(QIODevice::WriteOnly | QIODevice::Truncate))
         return false;
     QByteArray bytes = sText.toUtf8();
-    bytes.append("\r\n");
-    return f.write(bytes) == bytes.size();
+    if (!bytes.endsWith('\n') && !bytes.endsWith('\r'))
+        bytes.append("\r\n");
+    return f.write(bytes) == bytes.size() && f.flush();
 }
 
 // --- questions -----------------------------------------------------------------------------

@@ -11,6 +11,7 @@
 #include <QFile>
 #include <QTextEdit>
 
+#include <string_view>
 #include <vector>
 
 using filecompare::DiffFormat;
@@ -125,29 +126,26 @@ void frmCompareFiles::UpdateChangesToParagraphsRTF_SBS()
 
 void frmCompareFiles::CompareSectionWords()
 {
-    filecompare::BusyCursor busy;
-    WriteWordLines(rtbOriginalDiffTemp->Text(), gsMasterTextFile);
-    WriteWordLines(rtbModifiedDiffTemp->Text(), gsSourceTextFile);
+    // The words of a change are compared in memory: no work files to write
+    // and read back for every section.
     Skeinmatch& e = SkeinMiniDiff;
-    e.setMasterFile(QFile::encodeName(gsMasterTextFile).toStdString());
-    e.setSourceFile(QFile::encodeName(gsSourceTextFile).toStdString());
     e.setIgnoreCase(moFileOptions.bIgnoreCase.Data());
-    // An empty line of a word file is a line end of the text and must count.
+    // An empty line of a word list is a line end of the text and must count.
     e.setIgnoreEmptyLines(false);
     e.setIgnoreWhitespace(moFileOptions.bIgnoreWhitespace.Data());
     e.setCompareMode(0);
-    e.CompareFiles();
+    const QByteArray original = WordLines(rtbOriginalDiffTemp->Text());
+    const QByteArray modified = WordLines(rtbModifiedDiffTemp->Text());
+    e.compareTexts(std::string_view(original.constData(), size_t(original.size())),
+                   std::string_view(modified.constData(), size_t(modified.size())));
 }
 
-bool frmCompareFiles::WriteWordLines(const QString& sText, const QString& sFile)
+QByteArray frmCompareFiles::WordLines(const QString& sText)
 {
     // A token ends behind its delimiter. A line-end delimiter is replaced by
-    // the line end written behind every token, so the file has exactly one
+    // the line end written behind every token, so the list has exactly one
     // line per word and its line numbers are the word numbers of
     // FindWordBounds; a blank or a bell stays at the end of its word.
-    QFile f(sFile);
-    if (sFile.isEmpty() || !f.open(QIODevice::WriteOnly | QIODevice::Truncate))
-        return false;
     QByteArray out;
     out.reserve(sText.size() + sText.size() / 4 + 16);
     qsizetype start = 0;
@@ -163,7 +161,16 @@ bool frmCompareFiles::WriteWordLines(const QString& sText, const QString& sFile)
     }
     if (start < sText.size())
         emitToken(sText.size(), false);
-    return f.write(out) == out.size();
+    return out;
+}
+
+bool frmCompareFiles::WriteWordLines(const QString& sText, const QString& sFile)
+{
+    QFile f(sFile);
+    if (sFile.isEmpty() || !f.open(QIODevice::WriteOnly | QIODevice::Truncate))
+        return false;
+    const QByteArray out = WordLines(sText);
+    return f.write(out) == out.size() && f.flush();
 }
 
 bool frmCompareFiles::FindWordBounds(const RichTextBox* rtb, qint32 lWord, qint32& lFirst, qint32& lLast)

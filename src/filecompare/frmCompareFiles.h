@@ -132,7 +132,10 @@ public:
     bool CompareCommandLineForReport(bool bCompare);
     // Writes the editors' texts for the engine and compares them (lMode 1
     // writes them word by word, any other value paragraph by paragraph).
-    void CompareDocuments(qint32 lMode);
+    // False when a work file could not be written or read back; the engine
+    // then holds no records and CompareFailure() says what failed.
+    bool CompareDocuments(qint32 lMode);
+    const QString& CompareFailure() const { return compareFailure_; }
     static bool WriteWholeText(const QString& sText, const QString& sFile);
     // One-time questions before a reload, each asked at most once per
     // installation (the answer is remembered in the INI file).
@@ -153,6 +156,8 @@ public:
     // One token per line: a token ends behind a line feed, carriage return,
     // blank or bell, so that line n of the file is word n of FindWordBounds.
     static bool WriteWordLines(const QString& sText, const QString& sFile);
+    // The text as WriteWordLines writes it: one line per word.
+    static QByteArray WordLines(const QString& sText);
     // Where word lWord (1-based) of the box's text lies, 1-based, taking in
     // the delimiter in front of it (from the second word on) and the one
     // behind it; the last word ends at Len + 1. Word 0 gives 0 and 0.
@@ -429,6 +434,8 @@ private:
 
     // One run at a time: a request during a run is kept and repeated once.
     int runDepth_ = 0;
+    // What the last CompareDocuments could not do; empty when it worked.
+    QString compareFailure_;
     bool rerunPending_ = false;
     bool rerunReload_ = false;
     bool rerunShowDifference_ = false;

@@ -86,7 +86,8 @@ TEST_F(ReportTest, FailuresShowTheirMessageUnderOneTitle)
                                           "Report Creation Error | Unable to create target file: " + tail}));
     EXPECT_FALSE(QFile::exists(dir.qpath() + "/no such folder")) << "the folder is never made";
 
-    // The engine's own files unreadable: the side that failed is named.
+    // The engine's own files cannot be written: the side that failed is
+    // named, and no report is made of what an earlier compare left there.
     dialogs.boxes.clear();
     const QString savedMaster = gsMasterTextFile;
     gsMasterTextFile = dir.qpath() + "/gone/master.txt";
@@ -96,8 +97,43 @@ TEST_F(ReportTest, FailuresShowTheirMessageUnderOneTitle)
     gsSourceTextFile = dir.qpath() + "/gone/source.txt";
     EXPECT_FALSE(viewer->CreateReport(dir.qpath() + "/r.htm", 1, 1));
     gsSourceTextFile = savedSource;
-    EXPECT_EQ(dialogs.boxes, QStringList({"Report Creation Error | Unable to load master file for comparison",
-                                          "Report Creation Error | Unable to load source file for comparison"}));
+    EXPECT_EQ(dialogs.boxes,
+              QStringList({"Report Creation Error | Unable to write the Original's text for comparison: "
+                               + dir.qpath() + "/gone/master.txt",
+                           "Report Creation Error | Unable to write the Modified's text for comparison: "
+                               + dir.qpath() + "/gone/source.txt"}));
+    EXPECT_FALSE(QFile::exists(dir.qpath() + "/r.htm"));
+}
+
+// A report is something a user applies or files away: it holds the lines of
+// the two documents and not one more, whether or not they end in a line end,
+// just as the engine reports on the files themselves.
+TEST_F(ReportTest, ReportsHoldNoLineThatIsInNeitherDocument)
+{
+    struct Pair {
+        const char* original;
+        const char* modified;
+    };
+    for (const Pair& p : {Pair{"a\nb\n", "a\nb\nc\n"}, Pair{"a\n\n", "a\n\nb\n"}}) {
+        SCOPED_TRACE(p.modified);
+        const QString o = dir.qpath() + "/o.txt", m = dir.qpath() + "/m.txt";
+        tvtest::writeFile(o.toStdString(), p.original);
+        tvtest::writeFile(m.toStdString(), p.modified);
+        compare(o, m);
+        ASSERT_TRUE(viewer->CreateReport(dir.qpath() + "/r.txt", 2, 0));
+
+        Skeinmatch direct;
+        direct.setMasterFile(o.toStdString());
+        direct.setSourceFile(m.toStdString());
+        ASSERT_EQ(direct.CreateFileReport((dir.qpath() + "/direct.txt").toStdString(), 2, 0), 0);
+        const std::string text = report("r.txt"), expected = report("direct.txt");
+        ASSERT_NE(expected.find("@@"), std::string::npos);
+        ASSERT_NE(text.find("@@"), std::string::npos) << text;
+        EXPECT_EQ(text.substr(text.find("@@")), expected.substr(expected.find("@@")));
+        int k = 0, lf = 0, ll = 0, rf = 0, rl = 0;
+        ASSERT_TRUE(direct.GetDifference(0, k, lf, ll, rf, rl));
+        EXPECT_EQ(records(), QStringList({QString("a %1 %2 %3 %4").arg(lf).arg(ll).arg(rf).arg(rl)}));
+    }
 }
 
 TEST_F(ReportTest, ViewReportWritesTheChosenReportAndOpensIt)

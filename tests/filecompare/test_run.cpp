@@ -182,6 +182,32 @@ TEST_F(RunTest, EqualFilesSayNoDifferences)
     EXPECT_EQ(viewer->cmboChangeListing->count(), 0);
 }
 
+// A run that could not hand the texts to the engine compared nothing: it
+// says what failed and never that the documents are equal, not even after a
+// run that found differences and left its records behind.
+TEST_F(RunTest, AFailedStepSaysWhatFailedAndNeverClaimsEquality)
+{
+    comparePair();
+    ASSERT_EQ(records(), kRecords);
+    const QString saved = gsSourceTextFile;
+    gsSourceTextFile = dir.qpath() + "/gone/source.txt";
+    panel3.clear();
+    const QString a = textFile("same.txt", {"same", "text"});
+    compare(a, a);
+    gsSourceTextFile = saved;
+    const QString failure = "Unable to write the Modified's text for comparison: " + dir.qpath() + "/gone/source.txt";
+    EXPECT_EQ(viewer->PanelText(3), "Compare Failed: " + failure);
+    EXPECT_FALSE(panel3.contains("Compare Completed. No differences detected."));
+    EXPECT_EQ(dialogs.logged, QStringList({failure}));
+    EXPECT_TRUE(records().isEmpty());
+    EXPECT_FALSE(viewer->tbAbort->isVisible());
+    EXPECT_EQ(viewer->PanelText(5), "---");
+
+    // The next run that can write its files works as before.
+    compare(a, a);
+    EXPECT_EQ(viewer->PanelText(3), "Compare Completed. No differences detected.");
+}
+
 TEST_F(RunTest, AClickOnTheStatusBarAbortsBetweenRecords)
 {
     ASSERT_TRUE(compareAndActAt("Document ", [&] { QTest::mouseClick(viewer->sbPanels[2], Qt::LeftButton); }));

@@ -4,6 +4,7 @@
 #include "components/lexiform/RtfWriter.h"
 
 #include <QStringDecoder>
+#include <algorithm>
 #include <QStringEncoder>
 
 namespace lexiform {
@@ -22,13 +23,20 @@ void trimCells(std::vector<CsvRecord>& records)
         }
 }
 
-void padCells(std::vector<CsvRecord>& records, int tabWidth)
+void padCells(const std::vector<std::vector<CsvRecord>*>& sheets)
 {
-    for (CsvRecord& r : records)
-        for (qsizetype i = 0; i + 1 < r.size(); ++i) {
-            qsizetype width = (r[i].size() / tabWidth + 1) * tabWidth;
-            r[i] = r[i].leftJustified(width, QLatin1Char(' '));
-        }
+    std::vector<qsizetype> widths;
+    for (const std::vector<CsvRecord>* records : sheets)
+        for (const CsvRecord& r : *records)
+            for (qsizetype i = 0; i + 1 < r.size(); ++i) {
+                if (std::size_t(i) >= widths.size())
+                    widths.resize(std::size_t(i) + 1, 0);
+                widths[std::size_t(i)] = std::max(widths[std::size_t(i)], r[i].size());
+            }
+    for (std::vector<CsvRecord>* records : sheets)
+        for (CsvRecord& r : *records)
+            for (qsizetype i = 0; i + 1 < r.size(); ++i)
+                r[i] = r[i].leftJustified(widths[std::size_t(i)], QLatin1Char(' '));
 }
 
 void cropRows(std::vector<CsvRecord>& records, const RangeList& rows)

@@ -11,13 +11,12 @@ namespace lexiform {
 
 void trimCells(std::vector<CsvRecord>& records);
 
-// Pads every cell but the last of a row with spaces up to the next multiple
-// of the tab width. The width of a cell depends on that cell alone: widths
-// taken from the longest cell of a column would shift every line of the
-// column as soon as one cell in one file grows (an average that becomes
-// 13.6666666666667), and the comparison would then see the whole sheet as
-// changed. Cells of similar length, the usual case in a column, still line up.
-void padCells(std::vector<CsvRecord>& records, int tabWidth = 8);
+// Pads every cell but the last of a row with spaces to the width of its
+// column, the widest cell of that column in any of the sheets, so that the
+// columns of every row of sheets compared together line up. The last cell
+// is left alone: trailing blanks would only make noise in a comparison.
+void padCells(const std::vector<std::vector<CsvRecord>*>& sheets);
+inline void padCells(std::vector<CsvRecord>& records) { padCells({&records}); }
 
 // Keeps the listed rows (1-based); rows past the end are not invented.
 void cropRows(std::vector<CsvRecord>& records, const RangeList& rows);

@@ -234,6 +234,22 @@ int Lexiform::processPieces(int id, const QString& extra)
     }
     if (pieces_.empty())
         return SpCannotOpenFile;
+    if (id == SP_PAD_CSV_FILE_WITH_SPACES) {
+        // A column is as wide as its widest cell in any of the sheets.
+        std::vector<std::vector<CsvRecord>*> sheets;
+        for (Piece& piece : pieces_) {
+            if (!loadPiece(piece))
+                return SpCannotOpenFile;
+            sheets.push_back(&piece.cells);
+        }
+        padCells(sheets);
+        for (Piece& piece : pieces_) {
+            std::vector<CsvRecord> records = std::move(piece.cells);
+            if (!storePiece(piece, std::move(records)))
+                return SpCannotOpenTarget;
+        }
+        return SpOk;
+    }
     for (Piece& piece : pieces_) {
         if (!loadPiece(piece))
             return SpCannotOpenFile;
@@ -241,7 +257,6 @@ int Lexiform::processPieces(int id, const QString& extra)
         switch (id) {
         case SP_CROP_CSV_TO_COLUMNS: cropColumns(records, *list); break;
         case SP_CROP_CSV_TO_ROWS: cropRows(records, *list); break;
-        case SP_PAD_CSV_FILE_WITH_SPACES: padCells(records); break;
         case SP_TRIM_CSV_FILE: trimCells(records); break;
         default: break;
         }

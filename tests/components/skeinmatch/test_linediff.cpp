@@ -4,6 +4,10 @@
 #include "diffcheck.h"
 
 #include "components/skeinmatch/SequenceMatch.h"
+#include "support/testsupport.h"
+
+#include <cstdio>
+#include <iterator>
 
 #include <random>
 
@@ -323,4 +327,94 @@ TEST(LineDiffHorizon, ALoneCommonLineDoesNotLeadAstray)
     auto recs = diffTexts(a, b, o);
     expectValid(splitLines(a), splitLines(b), recs);
     EXPECT_EQ(changedLines(recs), 3);
+}
+
+namespace {
+
+// A source-like text: braces, blank lines and a few common statements recur
+// everywhere, most other lines occur once.
+std::vector<std::string> sourceLike(std::mt19937& rng, int lines)
+{
+    static const char* const common[] = {"}", "", "    }", "        break;", "    return 0;", "{", "#endif",
+                                         "        }", "    else", "/*", " */"};
+    std::vector<std::string> v;
+    for (int i = 0; i < lines; ++i) {
+        const unsigned r = rng() % 100;
+        if (r < 30)
+            v.emplace_back(common[rng() % std::size(common)]);
+        else
+            v.push_back("    value_" + std::to_string(rng() % 20000) + " = call(" + std::to_string(i % 97) + ");");
+    }
+    return v;
+}
+
+// About `rate` of the lines edited in scattered places: changed lines,
+// deleted and inserted blocks, and blocks moved further down.
+std::vector<std::string> scatteredEdits(std::mt19937& rng, const std::vector<std::string>& a, double rate)
+{
+    std::vector<std::string> b;
+    std::vector<std::pair<std::size_t, std::vector<std::string>>> moves;
+    std::uniform_real_distribution<double> u(0, 1);
+    auto between = [&rng](unsigned lo, unsigned hi) { return lo + unsigned(rng() % (hi - lo + 1)); };
+    for (std::size_t i = 0; i < a.size();) {
+        while (!moves.empty() && moves.front().first <= i) {
+            b.insert(b.end(), moves.front().second.begin(), moves.front().second.end());
+            moves.erase(moves.begin());
+        }
+        const double r = u(rng);
+        if (r < rate * 0.55) {
+            b.push_back(a[i++] + " // edited");
+        } else if (r < rate * 0.7) {
+            i += between(1, 20);
+        } else if (r < rate * 0.85) {
+            for (unsigned k = between(1, 30); k > 0; --k)
+                b.push_back(k % 3 ? "    inserted_" + std::to_string(rng() % 5000) + "();" : "}");
+            b.push_back(a[i++]);
+        } else if (r < rate) {
+            const std::size_t size = std::min<std::size_t>(between(5, 40), a.size() - i);
+            moves.emplace_back(i + size + between(50, 3000), std::vector<std::string>(a.begin() + long(i), a.begin() + long(i + size)));
+            std::stable_sort(moves.begin(), moves.end(), [](const auto& x, const auto& y) { return x.first < y.first; });
+            i += size;
+        } else {
+            b.push_back(a[i++]);
+        }
+    }
+    for (const auto& m : moves)
+        b.insert(b.end(), m.second.begin(), m.second.end());
+    return b;
+}
+
+long gnuDiffChangedLines(const std::string& a, const std::string& b)
+{
+    const std::string cmd = "diff '" + a + "' '" + b + "' | grep -c '^[<>]'";
+    FILE* p = ::popen(cmd.c_str(), "r");
+    if (!p)
+        return -1;
+    long n = -1;
+    if (std::fscanf(p, "%ld", &n) != 1)
+        n = -1;
+    ::pclose(p);
+    return n;
+}
+
+} // namespace
+
+TEST(LineDiffFallbacks, ScatteredEditsOfLargeSourcesNeverTakeMoreLinesThanGnuDiff)
+{
+    // Large enough that the exact search runs out of budget and the cut
+    // short searches decide the result.
+    tvtest::TempDir dir;
+    std::mt19937 rng(2026);
+    for (double rate : {0.03, 0.05, 0.1, 0.05, 0.1}) {
+        const auto a = sourceLike(rng, 60000);
+        const auto b = scatteredEdits(rng, a, rate);
+        const std::string fa = dir.file("a.txt"), fb = dir.file("b.txt");
+        tvtest::writeFile(fa, joinLines(a));
+        tvtest::writeFile(fb, joinLines(b));
+        const long gnu = gnuDiffChangedLines(fa, fb);
+        ASSERT_GT(gnu, 0) << "GNU diff is part of every Debian system";
+        const auto recs = diffTexts(joinLines(a), joinLines(b));
+        expectValid(a, b, recs);
+        EXPECT_LE(changedLines(recs), gnu) << "rate " << rate;
+    }
 }
