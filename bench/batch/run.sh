@@ -17,7 +17,7 @@ build="$(cd "${1:-$root/build}" && pwd)"
 lines="${2:-100000}"
 tool="$build/tallyvane"
 [ -x "$tool" ] || { echo "build tallyvane first ($tool)" >&2; exit 1; }
-command -v hyperfine >/dev/null || "$root/scripts/install-bench-deps"
+command -v hyperfine >/dev/null || "$root/scripts/install-deps" --bench
 command -v npm >/dev/null || { echo "npm is needed for diff2html-cli (apt-get install npm)" >&2; exit 1; }
 d2h="$here/node_modules/.bin/diff2html"
 if [ ! -x "$d2h" ]; then

@@ -2,7 +2,7 @@
 # Times tallyvane-convert against the tools a user would otherwise use on the
 # same large documents, and prints each peer's time over ours (above 1: we
 # are faster). Inputs come from make-inputs.py (written without an office
-# suite); peers come from scripts/install-bench-deps.
+# suite); peers come from scripts/install-deps --bench.
 #
 #   bench/convert/run.sh [BUILD_DIR] [SCALE]
 set -euo pipefail
@@ -14,7 +14,7 @@ tool="$build/tallyvane-convert"
 work="$(mktemp -d)"
 trap 'rm -rf "$work"' EXIT
 
-"$root/scripts/install-bench-deps"
+"$root/scripts/install-deps" --bench
 [ -x "$tool" ] || { echo "build tallyvane-convert first ($tool)" >&2; exit 1; }
 # The Debian interpreter, which sees the Debian ReportLab package.
 /usr/bin/python3 "$here/make-inputs.py" "$work/in" "$scale"
