@@ -149,8 +149,9 @@ TEST_F(ProgramRun, NoReportReplacesAnInputOrEndsHalfWrittenOnAFullDisk)
     writeFile(dir.file("mod.txt"), modified);
     writeFile(dir.file("old.htm"), "last week's report");
     ASSERT_EQ(::link(dir.file("mod.txt").c_str(), dir.file("hard.txt").c_str()), 0);
-    const std::vector<std::string> inputs{dir.file("orig.txt"), dir.file("mod.txt"), data("letter-original.docx"),
-                                          data("letter-modified.docx")};
+    const std::vector<std::string> inputs{dir.file("orig.txt"), dir.file("mod.txt"),
+                                          tvtest::dataPath("letter-original.docx"),
+                                          tvtest::dataPath("letter-modified.docx")};
     std::vector<std::string> before;
     for (const auto& f : inputs)
         before.push_back(tvtest::sha256(f));
