@@ -139,11 +139,12 @@ int Skeinmatch::CreateFileReport(const std::string& file, int type, int style)
         reportError_ = "The report would overwrite a file being compared";
         return -5;
     }
+    // A file that cannot be created says enough with -5 alone (its caller
+    // tells the user to check the folder); a reason is kept for what -5
+    // would not explain.
     safewrite::SafeFile target(file);
-    if (!target.open()) {
-        reportError_ = target.reason();
+    if (!target.open())
         return -5;
-    }
     bool ok = false;
     try {
         skeinmatch::BufferedOut out(target);

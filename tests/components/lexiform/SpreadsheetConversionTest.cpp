@@ -168,6 +168,8 @@ TEST(SpreadsheetErrors, DamagedWorkbooksGiveResultCodesAndStayUntouched)
         {"truncated.ods", goodOds.substr(0, goodOds.size() / 3)},
         {"garbage.xlsx", std::string(5000, '\x07')},
         {"empty.xlsx", ""},
+        // Found by fuzzing: strings whose code page FreeXL cannot convert.
+        {"codepage.xls", tvtest::readFile(dataPath("damaged-codepage.xls"))},
         {"flipped.xlsx", [&] {
              std::string s = good;
              for (std::size_t i = 200; i < s.size() - 200; i += 97)
