@@ -41,3 +41,30 @@ for v in ("original", "modified"):
 for name in os.listdir(data):
     if name.startswith("book-original") and name.endswith(".expected.txt"):
         put("csv", name, b"1-3, 5|#,##0.00\n" + raw(name))
+
+# The readers and parsers that take their input as it stands.
+for v in ("original", "modified"):
+    put("rtf", f"letter-{v}", raw(f"letter-{v}.rtf"))
+    put("xls", f"book-{v}", raw(f"book-{v}.xls"))
+    put("pdf", f"letter-{v}", raw(f"letter-{v}.pdf"))
+    put("plaintext", f"latin1-{v}", raw(f"latin1-{v}.txt"))
+    put("plaintext", f"utf16le-{v}", raw(f"utf16le-{v}.txt"))
+    put("plaintext", f"crlf-{v}", raw(f"text-crlf-{v}.txt"))
+put("pdf", "password", raw("letter-password.pdf"))
+
+# Line diff: options, horizon and the split point, then both texts.
+for i, (a, b) in enumerate([("text-lf-original.txt", "text-lf-modified.txt"),
+                            ("text-crlf-original.txt", "text-crlf-modified.txt"),
+                            ("letter-original.html", "letter-modified.html")]):
+    one, two = raw(a), raw(b)
+    cut = len(one) * 255 // max(1, len(one) + len(two))
+    for flags in (0, 1, 2, 7):
+        put("linediff", f"pair{i}-{flags}", bytes([flags, 3, cut]) + one + two)
+
+put("ini", "settings", b"[File Compare]\nsFileOriginal=/home/a/x.txt\nbIgnoreCase=1\n\n[MRU]\nItem1=a\r\nItem2=\n")
+put("ini", "odd", b"\xef\xbb\xbf; comment\n[ spaced ]\n key = value \n=novalue\n[unterminated\nk=v")
+put("cmdline", "file-report", b"a.txt\0b.txt\0-T\0r.htm\0-R1\0-F2\0-X\0-G\0-L\0run.log")
+put("cmdline", "folders", b"-D\0-M\0A\0-S\0B\0-X\0-V\0-I\0-W")
+put("cmdline", "sheets", b"a.xlsx\0b.xlsx\0-ES1\0-EM2\0-ERM1-3\0-ECS2,4")
+put("pattern", "several", b"*.txt *.c?? ;readme*\nREADME.md")
+put("pattern", "stars", b"a*b*c*d*e*f*?\naxbxcxdxexfxg")

@@ -30,6 +30,14 @@ PasswordPrompt& currentPrompt()
 
 const QString kTwoBlanks = QStringLiteral("\n  ");
 
+// A file refused by a size limit says which, so that nobody takes a huge
+// or hostile file for a damaged one.
+QString withLimitReason(const QString& message, const lexiform::Lexiform& lexiform)
+{
+    const QString& why = lexiform.lastLimitReason();
+    return why.isEmpty() ? message : message + QStringLiteral(": ") + why;
+}
+
 } // namespace
 
 PasswordPrompt setPasswordPrompt(PasswordPrompt prompt)
@@ -110,7 +118,7 @@ bool ConverterWordDoc(ConversionControls& controls, const QString& txtSourceFile
     if (result == 0)
         return true;
     if (auto m = WordDocMessage(result, txtSourceFile))
-        report(*m);
+        report(withLimitReason(*m, controls.Lexiform1));
     return false;
 }
 
@@ -146,7 +154,7 @@ bool ConverterExcelSpreadSheetNumber(ConversionControls& controls, const QString
     if (result == 0)
         return true;
     if (auto m = SpreadsheetMessage(result))
-        report(*m);
+        report(withLimitReason(*m, controls.Lexiform1));
     return false;
 }
 

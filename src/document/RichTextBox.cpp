@@ -1,5 +1,6 @@
 #include "document/RichTextBox.h"
 
+#include "components/lexiform/FileBytes.h"
 #include "components/lexiform/PlainTextReader.h"
 #include "components/lexiform/RtfReader.h"
 #include "components/lexiform/RtfWriter.h"
@@ -12,7 +13,6 @@
 #include <QFileInfo>
 #include <QGuiApplication>
 #include <QMimeData>
-#include <QSaveFile>
 #include <QTextBlock>
 #include <QTextDocument>
 #include <QTextDocumentFragment>
@@ -362,13 +362,10 @@ RichTextBox::FileError RichTextBox::LoadFile(const QString& path, int fileType)
 
 RichTextBox::FileError RichTextBox::SaveFile(const QString& path, int fileType) const
 {
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly))
-        return {75, tr("Path/File access error")};
     const QByteArray bytes = fileType == PlainTextFile
                                  ? Text().toUtf8()
                                  : lexiform::writeRtf(tv::modelOfRange(*doc_));
-    if (file.write(bytes) != bytes.size() || !file.commit())
+    if (!lexiform::writeFileBytes(path, bytes))
         return {75, tr("Path/File access error")};
     return {};
 }

@@ -2,6 +2,7 @@
 // the report the engine writes of the editors' current texts, and its launch
 // (HTML in the browser, text and comma delimited in the text viewer).
 
+#include "components/lexiform/FileBytes.h"
 #include "filecompare/FileCompareWidgets.h"
 #include "filecompare/frmCompareFiles.h"
 #include "settings/IniStore.h"
@@ -251,8 +252,12 @@ bool frmCompareFiles::CreateReport(const QString& sReportFile, qint32 lReportFor
         MsgBox(this, compareFailure_, MsgButtons::OK, MsgIcon::None, QStringLiteral("Report Creation Error"));
         return false;
     }
-    const int r = SkeinMacroDiff.CreateFileReport(QFile::encodeName(sReportFile).toStdString(), lReportFormat,
-                                                  lReportStyle);
+    // A report written over a document being compared would destroy it.
+    const bool ontoInput = lexiform::sameFile(sReportFile, moFileOptions.sFileOriginal.Data())
+        || lexiform::sameFile(sReportFile, moFileOptions.sFileModified.Data());
+    const int r = ontoInput ? -5
+                            : SkeinMacroDiff.CreateFileReport(QFile::encodeName(sReportFile).toStdString(),
+                                                              lReportFormat, lReportStyle);
     if (r >= 0)
         return true;
     QString message;
@@ -263,6 +268,11 @@ bool frmCompareFiles::CreateReport(const QString& sReportFile, qint32 lReportFor
     case -5:
         message = QStringLiteral("Unable to create target file: ") + sReportFile
             + QStringLiteral("\r\n\r\nCheck to make sure path exists in the 'Report Options' tab");
+        // A full disk or an input named as the report needs saying too.
+        if (ontoInput)
+            message += QStringLiteral("\r\n\r\nThe report would overwrite a file being compared");
+        else if (!SkeinMacroDiff.reportError().empty())
+            message += QStringLiteral("\r\n\r\n") + QString::fromStdString(SkeinMacroDiff.reportError());
         break;
     default: break;
     }

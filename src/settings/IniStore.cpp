@@ -1,12 +1,12 @@
 #include "settings/IniStore.h"
 
+#include "components/safewrite/SafeWrite.h"
 #include "core/modUtilityString.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QHash>
-#include <QSaveFile>
 #include <QUtf8StringView>
 
 #include <memory>
@@ -130,15 +130,13 @@ public:
         if (unreadable_)
             return false;
         QDir().mkpath(QFileInfo(path).absolutePath());
-        QSaveFile out(path);
-        if (!out.open(QIODevice::WriteOnly))
-            return false;
+        std::string bytes;
         for (size_t i = 0; i < lines_.size(); ++i) {
-            out.write(lines_[i]);
+            bytes.append(lines_[i].constData(), std::size_t(lines_[i].size()));
             if (i + 1 < lines_.size() || terminated_)
-                out.write("\n", 1);
+                bytes += '\n';
         }
-        return out.commit();
+        return safewrite::writeWholeFile(QFile::encodeName(path).toStdString(), bytes);
     }
 
     bool dirty() const { return dirty_; }

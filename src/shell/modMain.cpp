@@ -65,12 +65,20 @@ void assignRange(clsVarBoolean& use, clsVarString& list, const QString& given)
     list = given;
 }
 
+// A report that was asked for and not written: a script must not take the
+// run for a success.
+bool reportFailed = false;
+
 // The report of -T, and its launch with -O when it was written.
 void writeReport(frmCompareFiles* frm)
 {
     // The report names the two files as given, not the engine's work files.
     frm->SetReportTitles(glClReportType);
-    if (!frm->CreateReport(gsClReportFile, glClReportType, glClReportStyle) || !gbClOpenReport)
+    if (!frm->CreateReport(gsClReportFile, glClReportType, glClReportStyle)) {
+        reportFailed = true;
+        return;
+    }
+    if (!gbClOpenReport)
         return;
     if (glClReportType == frmCompareFiles::kReportHTML)
         launcher().OpenDocument(gsClReportFile);
@@ -178,6 +186,7 @@ MainResult Main(const QStringList& args, bool hasDisplay, std::unique_ptr<frmMai
 {
     InitProgramPlaces();
     glExitStatus = 0;
+    reportFailed = false;
     const bool usable = ParseCommandLine(args);
 
     if (!usable && args.isEmpty()) {
@@ -213,10 +222,11 @@ MainResult Main(const QStringList& args, bool hasDisplay, std::unique_ptr<frmMai
             endNow = CompareFilesFromCommandLine(*frame);
         }
     }
-    // A file comparison that ends by itself ends with 0: only a folder
-    // comparison hands its count to -G.
+    // A file comparison that ends by itself ends with 0, or 2 when its
+    // report could not be written: only a folder comparison hands its
+    // count to -G.
     if (endNow)
-        return {false, 0};
+        return {false, reportFailed ? 2 : 0};
     if (gbClExitWhenDone)
         return {false, gbClUseExitStatus ? int(glExitStatus) : 0};
     return {true, 0};

@@ -30,6 +30,12 @@ const char* const kUsage =
     "(3 invalid source, 5 invalid sheet list, 100 a needed program is missing,\n"
     "...), with a message on standard error; 64 for a wrong command line.\n";
 
+// The result's message, and which limit refused the source when one did.
+QString withReason(const QString& message, const lexiform::Lexiform& lx)
+{
+    return lx.lastLimitReason().isEmpty() ? message : message + QStringLiteral(": ") + lx.lastLimitReason();
+}
+
 int fail(int code, const QString& message)
 {
     std::fprintf(stderr, "tallyvane-convert: %s\n", message.toLocal8Bit().constData());
@@ -139,7 +145,7 @@ int main(int argc, char** argv)
         int rc = formulas ? lx.ConvertSpreadsheetFormulas(source, sheets, target, 6)
                           : lx.ConvertSpreadsheetValues(source, sheets, target, 6);
         if (rc != 0)
-            return fail(rc, lexiformText(rc));
+            return fail(rc, withReason(lexiformText(rc), lx));
         struct Step {
             bool run;
             int id;
@@ -169,5 +175,5 @@ int main(int argc, char** argv)
     }
     lexiform::Lexiform lx;
     const int rc = lx.ConvertDocument(source, target, type);
-    return rc == 0 ? 0 : fail(rc, lexiformText(rc));
+    return rc == 0 ? 0 : fail(rc, withReason(lexiformText(rc), lx));
 }

@@ -1,6 +1,13 @@
 #include "support/testsupport.h"
 
+#include <QCryptographicHash>
 #include <QDir>
+#include <cerrno>
+#include <csignal>
+#include <cstdio>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
 #include <fstream>
 #include <sstream>
 #include <stdexcept>
@@ -38,6 +45,46 @@ void writeFile(const std::string& path, const std::string& bytes)
     if (!out)
         throw std::runtime_error("cannot write " + path);
     out << bytes;
+}
+
+void limitFileSize(long limit)
+{
+    std::signal(SIGXFSZ, SIG_IGN);
+    rlimit r{rlim_t(limit), rlim_t(limit)};
+    setrlimit(RLIMIT_FSIZE, &r);
+}
+
+namespace {
+
+int childStatus(pid_t pid)
+{
+    int st = 0;
+    while (waitpid(pid, &st, 0) < 0)
+        if (errno != EINTR)
+            return -1;
+    return WIFEXITED(st) ? WEXITSTATUS(st) : -1;
+}
+
+} // namespace
+
+int runWithFileSizeLimit(long limit, const std::function<int()>& body)
+{
+    std::fflush(nullptr);
+    const pid_t pid = fork();
+    if (pid < 0)
+        return -1;
+    if (pid == 0) {
+        limitFileSize(limit);
+        _exit(body());
+    }
+    return childStatus(pid);
+}
+
+std::string sha256(const std::string& path)
+{
+    return QCryptographicHash::hash(QByteArray::fromStdString(readFile(path)), QCryptographicHash::Sha256)
+        .toHex()
+        .toStdString();
 }
 
 TempDir::TempDir()

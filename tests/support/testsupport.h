@@ -4,8 +4,10 @@
 #include <QString>
 #include <QTemporaryDir>
 #include <chrono>
+#include <functional>
 #include <string>
 #include <thread>
+#include <vector>
 
 namespace tvtest {
 
@@ -19,6 +21,18 @@ std::string binaryPath(const std::string& name);
 // Whole-file helpers on bytes.
 std::string readFile(const std::string& path);
 void writeFile(const std::string& path, const std::string& bytes);
+
+// A full disk, made certain: `body` runs in a child process that may write
+// no file past `limit` bytes (writes past it fail with EFBIG instead of
+// killing the child). Returns the body's result, or -1 when the child died.
+int runWithFileSizeLimit(long limit, const std::function<int()>& body);
+
+// In a child about to become a program (QProcess::setChildProcessModifier):
+// the same limit for everything the program writes.
+void limitFileSize(long limit);
+
+// SHA-256 of a file's bytes, hex: a test proves an input came out untouched.
+std::string sha256(const std::string& path);
 
 // A private scratch folder removed when the object goes.
 class TempDir {

@@ -2,9 +2,11 @@
 
 #include "support/testsupport.h"
 
+#include <QDir>
 #include <QProcess>
 #include <QStringList>
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 using tvtest::dataPath;
 
@@ -15,9 +17,12 @@ struct Outcome {
     std::string err;
 };
 
-Outcome convert(const QStringList& args)
+// `fileSizeLimit`, when given, is all the tool may write to a file.
+Outcome convert(const QStringList& args, long fileSizeLimit = 0)
 {
     QProcess p;
+    if (fileSizeLimit > 0)
+        p.setChildProcessModifier([fileSizeLimit] { tvtest::limitFileSize(fileSizeLimit); });
     p.start(QString::fromStdString(tvtest::binaryPath("tallyvane-convert")), args);
     Outcome o;
     if (!p.waitForFinished(60000))
@@ -71,4 +76,27 @@ TEST(ConvertTool, FailuresGiveTheResultCodeAndAMessage)
     EXPECT_EQ(convert({"only-one"}).status, 64);
     EXPECT_EQ(convert({"a", "b", "--type", "3"}).status, 64);
     EXPECT_EQ(convert({"--help"}).status, 0);
+}
+
+TEST(ConvertTool, NeitherAFullDiskNorTheSourceAsTargetLosesAFile)
+{
+    tvtest::TempDir tmp;
+    const std::string before = tvtest::sha256(dataPath("letter-original.docx"));
+    const QString out = q(tmp.file("o.rtf"));
+    tvtest::writeFile(out.toStdString(), "yesterday's conversion");
+    // Each route: a document, a sheet, a PDF's text.
+    const QStringList sources{q(dataPath("letter-original.docx")), q(dataPath("book-original.xlsx")), q(dataPath("letter-original.pdf"))};
+    for (const QString& source : sources) {
+        const Outcome o = convert({source, out}, 200);
+        EXPECT_NE(o.status, 0) << source.toStdString();
+        EXPECT_EQ(tvtest::readFile(out.toStdString()), "yesterday's conversion") << source.toStdString();
+    }
+    EXPECT_EQ(QDir(tmp.qpath()).entryList(QDir::Files | QDir::Hidden).size(), 1);
+
+    // The source named again through a link is still the source.
+    const std::string link = tmp.file("link.docx");
+    ASSERT_EQ(::symlink(dataPath("letter-original.docx").c_str(), link.c_str()), 0);
+    const Outcome same = convert({q(dataPath("letter-original.docx")), q(link)});
+    EXPECT_NE(same.status, 0);
+    EXPECT_EQ(tvtest::sha256(dataPath("letter-original.docx")), before);
 }

@@ -1,8 +1,9 @@
 #include "components/folioform/Folioform.h"
 
+#include "components/safewrite/SafeWrite.h"
+
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 #include <memory>
 #include <poppler-document.h>
 #include <poppler-global.h>
@@ -87,20 +88,15 @@ int Folioform::ConvertPdfDocument(const QString& source, const QString& target, 
 {
     if (source.isEmpty() || target.isEmpty() || conversionType != 1)
         return BadArguments;
-    QFileInfo s(source), t(target);
-    if (s.exists() && t.exists() && s.canonicalFilePath() == t.canonicalFilePath())
-        return BadArguments;
-    if (!s.exists() && s.absoluteFilePath() == t.absoluteFilePath())
+    if (safewrite::sameFile(QFile::encodeName(source).toStdString(), QFile::encodeName(target).toStdString()))
         return BadArguments;
     QString text;
     int rc = extractText(source, password, text);
     if (rc != Ok)
         return rc;
-    QSaveFile out(target);
-    if (!out.open(QIODevice::WriteOnly))
-        return Unopenable;
     const QByteArray bytes = text.toUtf8();
-    if (out.write(bytes) != bytes.size() || !out.commit())
+    if (!safewrite::writeWholeFile(QFile::encodeName(target).toStdString(),
+                                   std::string_view(bytes.constData(), std::size_t(bytes.size()))))
         return Unopenable;
     return Ok;
 }

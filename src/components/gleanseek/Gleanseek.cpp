@@ -6,6 +6,8 @@
 #include <cerrno>
 #include <cstring>
 #include <fstream>
+
+#include "components/safewrite/SafeWrite.h"
 #include <sys/stat.h>
 
 namespace gleanseek {
@@ -174,13 +176,13 @@ bool Gleanseek::GetHit(std::int32_t lIndex, std::string& sFile, std::int32_t& lL
 
 bool Gleanseek::WriteReport(const std::string& path) const
 {
+    safewrite::SafeOStream out(path);
     const auto fail = [&](const char* what) {
         std::lock_guard lock(reportErrorMutex_);
-        reportError_ = std::string(what) + " " + path + ": " + std::strerror(errno);
+        reportError_ = std::string(what) + " " + path + ": " + out.reason();
         return false;
     };
-    std::ofstream out(path, std::ios::binary | std::ios::trunc);
-    if (!out)
+    if (!out.isOpen())
         return fail("Cannot create");
     out << "#\tFile\tLine\tCol\tItem Found\n";
     const std::size_t n = hits_.Count();
@@ -188,8 +190,7 @@ bool Gleanseek::WriteReport(const std::string& path) const
     for (std::size_t i = 0; i < n && hits_.Get(i, h); ++i)
         out << (i + 1) << '\t' << skeinmatch::TabCell(h.sFile) << '\t' << h.lLine << '\t' << h.lCol << '\t'
             << skeinmatch::TabCell(h.sItem) << '\n';
-    out.flush();
-    if (!out)
+    if (!out.commit())
         return fail("Cannot write");
     std::lock_guard lock(reportErrorMutex_);
     reportError_.clear();

@@ -1,7 +1,8 @@
 #include "components/lexiform/DocumentWriters.h"
 
+#include "components/lexiform/FileBytes.h"
+
 #include <QFile>
-#include <QSaveFile>
 #include <zip.h>
 
 namespace lexiform {
@@ -190,9 +191,6 @@ bool writeDocx(const Document& doc, const QString& path)
 
     // Built beside the target and renamed over it, so that a failure leaves
     // the old file alone.
-    QSaveFile target(path);
-    if (!target.open(QIODevice::WriteOnly))
-        return false;
     zip_source_t* out = zip_source_buffer_create(nullptr, 0, 0, nullptr);
     if (!out)
         return false;
@@ -221,9 +219,7 @@ bool writeDocx(const Document& doc, const QString& path)
         zip_source_close(out);
     }
     zip_source_free(out);
-    if (bytes.isEmpty() || target.write(bytes) != bytes.size())
-        return false;
-    return target.commit();
+    return !bytes.isEmpty() && writeFileBytes(path, bytes);
 }
 
 } // namespace lexiform

@@ -1,14 +1,17 @@
 #include "components/lexiform/FileBytes.h"
 
+#include "components/safewrite/SafeWrite.h"
+
 #include <QFile>
-#include <QFileInfo>
-#include <QSaveFile>
 
 namespace lexiform {
 
 bool readFileBytes(const QString& path, QByteArray& out, long long maxBytes)
 {
     out.clear();
+    // A device such as /dev/zero reports no size and never ends.
+    if (!safewrite::notRegularFileReason(QFile::encodeName(path).toStdString()).empty())
+        return false;
     QFile f(path);
     if (!f.open(QIODevice::ReadOnly))
         return false;
@@ -20,22 +23,13 @@ bool readFileBytes(const QString& path, QByteArray& out, long long maxBytes)
 
 bool writeFileBytes(const QString& path, const QByteArray& bytes)
 {
-    QSaveFile f(path);
-    if (!f.open(QIODevice::WriteOnly))
-        return false;
-    if (f.write(bytes) != bytes.size()) {
-        f.cancelWriting();
-        return false;
-    }
-    return f.commit();
+    return safewrite::writeWholeFile(QFile::encodeName(path).toStdString(),
+                                     std::string_view(bytes.constData(), std::size_t(bytes.size())));
 }
 
 bool sameFile(const QString& a, const QString& b)
 {
-    QFileInfo fa(a), fb(b);
-    if (fa.exists() && fb.exists())
-        return fa.canonicalFilePath() == fb.canonicalFilePath();
-    return fa.absoluteFilePath() == fb.absoluteFilePath();
+    return safewrite::sameFile(QFile::encodeName(a).toStdString(), QFile::encodeName(b).toStdString());
 }
 
 } // namespace lexiform

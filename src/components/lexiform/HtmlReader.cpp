@@ -134,8 +134,14 @@ public:
             const QString name = nameOf(n);
             if (isSkipped(name))
                 continue;
-            if (depth > 500)
-                continue;  // libxml2 caps nesting already; this keeps the stack small regardless
+            if (depth > kMaxFormattedDepth) {
+                // Old pages leave tags unclosed by the thousand. Past this
+                // depth the text keeps the format it has and the walk goes
+                // on without recursion, so no text is dropped and the stack
+                // stays small.
+                flatText(n, inherited);
+                continue;
+            }
             FormatPatch patch = formatOf(n, name);
             patch.over(inherited);
 
@@ -178,6 +184,41 @@ public:
                 --pre_;
             if (block)
                 breakParagraph();
+        }
+    }
+
+    // Frames of about half a kilobyte each: 1,000 of them fit well within the
+    // smallest stack a worker thread gets, and no real page nests deeper.
+    static constexpr int kMaxFormattedDepth = 1000;
+
+    void flatText(const xmlNode* top, const FormatPatch& format)
+    {
+        const xmlNode* n = top;
+        while (n) {
+            bool descend = false;
+            if (n->type == XML_TEXT_NODE || n->type == XML_CDATA_SECTION_NODE) {
+                text(QString::fromUtf8(reinterpret_cast<const char*>(n->content)), format);
+            } else if (n->type == XML_ELEMENT_NODE) {
+                const QString name = nameOf(n);
+                if (name == QLatin1String("br")) {
+                    append(QString(QChar(0x2028)), format);
+                    lastWasSpace_ = true;
+                } else if (!isSkipped(name)) {
+                    if (isBlock(name))
+                        breakParagraph();
+                    descend = n->children != nullptr;
+                }
+            }
+            if (descend) {
+                n = n->children;
+                continue;
+            }
+            // Next sibling, or up until there is one, never above `top`.
+            while (n != top && !n->next)
+                n = n->parent;
+            if (n == top)
+                break;
+            n = n->next;
         }
     }
 
@@ -330,7 +371,9 @@ Document readHtml(const QByteArray& html)
         r.finish();
         return r.doc;
     }
-    const int options = HTML_PARSE_RECOVER | HTML_PARSE_NOERROR | HTML_PARSE_NOWARNING | HTML_PARSE_NONET;
+    // Without HUGE the parser stops at 256 levels and drops everything after.
+    const int options = HTML_PARSE_RECOVER | HTML_PARSE_NOERROR | HTML_PARSE_NOWARNING | HTML_PARSE_NONET
+                        | XML_PARSE_HUGE;
     const bool declared = declaresCharset(html) && !html.startsWith("\xFF\xFE") && !html.startsWith("\xFE\xFF")
                           && !html.startsWith("\xEF\xBB\xBF");
     const QByteArray bytes = declared ? html : decodeText(html).toUtf8();

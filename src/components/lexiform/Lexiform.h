@@ -45,7 +45,14 @@ public:
     int SpecialProcessing(int lProcessID, const QString& txtTargetFile, const QString& sExtraParam);
 
     // Limits against hostile files, and the time an external program may take.
-    void setReadLimits(const ReadLimits& limits) { limits_ = limits; }
+    void setReadLimits(const ReadLimits& limits)
+    {
+        limits_ = limits;
+        limits_.limitReason = &lastLimitReason_;
+    }
+    // Why the last source was refused when a limit refused it (its result
+    // is SourceInvalid), in words for the user; empty otherwise.
+    const QString& lastLimitReason() const { return lastLimitReason_; }
     const ReadLimits& readLimits() const { return limits_; }
     void setExternalTimeoutMs(int ms) { externalTimeoutMs_ = ms; }
 
@@ -75,7 +82,8 @@ private:
     int concatenate(const QString& target, const QString& extra);
     QString pieceFolder();
 
-    ReadLimits limits_;
+    QString lastLimitReason_;
+    ReadLimits limits_{.limitReason = &lastLimitReason_};
     int externalTimeoutMs_ = 60000;
     std::vector<Piece> pieces_;
     std::unique_ptr<QTemporaryDir> pieceDir_;

@@ -12,6 +12,7 @@
 #include "components/lexiform/RtfReader.h"
 #include "components/lexiform/RtfWriter.h"
 #include "components/lexiform/ZipPackage.h"
+#include "components/safewrite/SafeWrite.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -38,6 +39,13 @@ QString extensionOf(const QString& path)
 
 int Lexiform::readDocument(const QString& source, Document& doc)
 {
+    lastLimitReason_.clear();
+    // A named pipe would block the open below, a device never ends.
+    if (const std::string why = safewrite::notRegularFileReason(QFile::encodeName(source).toStdString());
+        !why.empty()) {
+        lastLimitReason_ = QString::fromStdString(why);
+        return SourceInvalid;
+    }
     QFile f(source);
     if (!f.open(QIODevice::ReadOnly))
         return SourceInvalid;

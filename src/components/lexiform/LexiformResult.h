@@ -2,6 +2,8 @@
 // Result codes every Lexiform operation answers with. The viewer turns them
 // into messages, so the numbers are fixed.
 
+class QString;
+
 namespace lexiform {
 
 enum Result : int {
@@ -49,6 +51,15 @@ enum ConversionType : int {
 struct ReadLimits {
     long long maxEntryBytes = 1LL << 30;     // decompressed bytes of one zip member
     long long maxCells = 100'000'000;        // cells a sheet may grow to
+    // All members of a package together may decompress to this allowance
+    // plus this many times the package's own size. Real documents stay far
+    // below (their XML compresses five to twenty times); a package built to
+    // unpack to gigabytes is refused before its text is ever held in memory,
+    // and memory stays within a small multiple of the file's size.
+    long long packageAllowanceBytes = 64LL << 20;
+    long long packageRatio = 16;
+    // Where a reader says which limit refused a file, when one did.
+    QString* limitReason = nullptr;
 };
 
 } // namespace lexiform

@@ -130,6 +130,7 @@ int Lexiform::convertSpreadsheet(const QString& source, const QString& sheetList
                                  bool formulas)
 {
     pieces_.clear();
+    lastLimitReason_.clear();
     if (source.isEmpty() || target.isEmpty())
         return PathEmpty;
     if (sameFile(source, target))

@@ -106,7 +106,7 @@ public:
     // Reads one <table:table> (the reader stands on its start tag).
     bool read(FastXmlReader& xml, bool keep, SheetTable& table)
     {
-        SheetBuilder builder(request_.limits.maxCells);
+        SheetBuilder builder(request_.limits.maxCells, request_.limits.limitReason);
         long long row = 0;
         for (XmlChildren children(xml); children.next();) {
             if (xml.isName("table-row")) {
@@ -124,6 +124,8 @@ public:
                     row += repeat;
                     continue;
                 }
+                if (!builder.fits(row + repeat, cells.size()))
+                    return false;
                 for (long long k = 0; k < repeat; ++k, ++row)
                     for (qsizetype c = 0; c < cells.size(); ++c)
                         if (!builder.set(row, c, cells[c]))

@@ -1,5 +1,8 @@
 #include "components/lexiform/SpreadsheetTable.h"
 
+#include <QLocale>
+#include <algorithm>
+
 namespace lexiform {
 
 bool SheetBuilder::set(long long row, long long column, const QString& text)
@@ -12,6 +15,9 @@ bool SheetBuilder::set(long long row, long long column, const QString& text)
         overLimit_ = true;
         return false;
     }
+    if (!fits(std::max(row + 1, (long long)rows_.size()), std::max(column + 1, width_)))
+        return false;
+    width_ = std::max(width_, column + 1);
     if (row >= (long long)rows_.size()) {
         cells_ += row + 1 - (long long)rows_.size();
         if (cells_ > maxCells_) {
@@ -33,6 +39,25 @@ bool SheetBuilder::set(long long row, long long column, const QString& text)
     return true;
 }
 
+bool SheetBuilder::fits(long long rows, long long columns)
+{
+    if (overLimit_)
+        return false;
+    // Both are below 2^24 and 2^16 when they come from cell references, but
+    // a repeat count may be anything: no product that could overflow.
+    if (rows <= 0 || columns <= 0 || rows <= maxCells_ / columns)
+        return true;
+    overLimit_ = true;
+    if (limitReason_) {
+        QLocale c = QLocale::c();
+        c.setNumberOptions(QLocale::DefaultNumberOptions);
+        *limitReason_ = QStringLiteral("the sheet would need %1 rows by %2 columns, more than the %3 cells "
+                                       "a sheet may have")
+                            .arg(c.toString(rows), c.toString(columns), c.toString(maxCells_));
+    }
+    return false;
+}
+
 std::vector<QStringList> SheetBuilder::take()
 {
     qsizetype width = 0;
@@ -40,10 +65,8 @@ std::vector<QStringList> SheetBuilder::take()
         width = std::max(width, r.size());
     // Every row as wide as the widest, so that columns line up when the
     // rows are written out; refused when that would exceed the cell budget.
-    if ((long long)width * (long long)rows_.size() > maxCells_) {
-        overLimit_ = true;
+    if (!fits((long long)rows_.size(), (long long)width))
         return {};
-    }
     for (QStringList& r : rows_)
         if (r.size() < width)
             r.resize(width);

@@ -33,8 +33,13 @@ struct WorkbookContent {
 // the cells made so that a hostile file cannot ask for billions of them.
 class SheetBuilder {
 public:
-    explicit SheetBuilder(long long maxCells) : maxCells_(maxCells) {}
+    explicit SheetBuilder(long long maxCells, QString* limitReason = nullptr)
+        : maxCells_(maxCells), limitReason_(limitReason) {}
     bool set(long long row, long long column, const QString& text);
+    // Whether a sheet `rows` by `columns` stays within the cell budget once
+    // padded; asked before any of it is built, so that a few repeated cells
+    // never cost gigabytes before the refusal.
+    bool fits(long long rows, long long columns);
     bool overLimit() const { return overLimit_; }
     std::vector<QStringList> take();
 
@@ -42,6 +47,8 @@ private:
     std::vector<QStringList> rows_;
     long long cells_ = 0;
     long long maxCells_;
+    long long width_ = 0;
+    QString* limitReason_;
     bool overLimit_ = false;
 };
 

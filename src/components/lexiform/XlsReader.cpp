@@ -80,7 +80,7 @@ int readXls(const QString& path, const SheetRequest& request, WorkbookContent& o
         unsigned short columns = 0;
         if (freexl_worksheet_dimensions(xl.handle, &rows, &columns) != FREEXL_OK)
             return SourceInvalid;
-        SheetBuilder builder(request.limits.maxCells);
+        SheetBuilder builder(request.limits.maxCells, request.limits.limitReason);
         for (unsigned int r = 0; r < rows; ++r) {
             for (unsigned short c = 0; c < columns; ++c) {
                 FreeXL_CellValue cell;

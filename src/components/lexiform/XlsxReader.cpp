@@ -98,7 +98,7 @@ struct SharedFormula {
 class SheetReader {
 public:
     SheetReader(const std::vector<QString>& strings, const Styles& styles, bool date1904, const SheetRequest& request)
-        : strings_(strings), styles_(styles), date1904_(date1904), request_(request), builder_(request.limits.maxCells)
+        : strings_(strings), styles_(styles), date1904_(date1904), request_(request), builder_(request.limits.maxCells, request.limits.limitReason)
     {
     }
 

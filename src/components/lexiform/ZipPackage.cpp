@@ -1,11 +1,31 @@
 #include "components/lexiform/ZipPackage.h"
 
 #include <QFile>
+#include <QFileInfo>
+#include <algorithm>
 #include <QStringList>
 #include <QXmlStreamReader>
 #include <zip.h>
 
 namespace lexiform {
+
+namespace {
+
+QString tooLargeText(long long allowance, long long ratio)
+{
+    return QStringLiteral("it unpacks to more than its size allows (a package may unpack to %1 MB plus %2 "
+                          "times its own size)")
+        .arg(allowance >> 20)
+        .arg(ratio);
+}
+
+void sayTooLarge(const ReadLimits& limits)
+{
+    if (limits.limitReason)
+        *limits.limitReason = tooLargeText(limits.packageAllowanceBytes, limits.packageRatio);
+}
+
+} // namespace
 
 ZipPackage::ZipPackage(const ReadLimits& limits) : limits_(limits) {}
 
@@ -23,7 +43,28 @@ bool ZipPackage::open(const QString& path)
     }
     int err = 0;
     archive_ = zip_open(QFile::encodeName(path).constData(), ZIP_RDONLY, &err);
-    return archive_ != nullptr;
+    const long long size = QFileInfo(path).size();
+    budget_ = std::make_shared<long long>(limits_.packageAllowanceBytes
+                                          + std::min(size, (1LL << 40)) * limits_.packageRatio);
+    if (!archive_)
+        return false;
+    // Sizes the package admits to are refused before anything is unpacked;
+    // sizes it lies about are caught while reading.
+    long long declared = 0;
+    const zip_int64_t count = zip_get_num_entries(archive_, 0);
+    for (zip_int64_t i = 0; i < count; ++i) {
+        zip_stat_t st;
+        zip_stat_init(&st);
+        if (zip_stat_index(archive_, zip_uint64_t(i), 0, &st) == 0 && (st.valid & ZIP_STAT_SIZE))
+            declared += (long long)std::min<zip_uint64_t>(st.size, 1ULL << 50);
+    }
+    if (declared > *budget_) {
+        sayTooLarge(limits_);
+        zip_discard(archive_);
+        archive_ = nullptr;
+        return false;
+    }
+    return true;
 }
 
 bool ZipPackage::contains(const QString& name) const
@@ -41,7 +82,7 @@ std::unique_ptr<ZipPackage::Member> ZipPackage::openMember(const QString& name) 
     zip_file_t* file = zip_fopen_index(archive_, zip_uint64_t(index), 0);
     if (!file)
         return nullptr;
-    auto member = std::make_unique<Member>(file, limits_.maxEntryBytes);
+    auto member = std::make_unique<Member>(file, limits_, budget_);
     member->open(QIODevice::ReadOnly);
     return member;
 }
@@ -64,7 +105,11 @@ bool ZipPackage::read(const QString& name, QByteArray& out) const
     return !member->overLimit() && !member->corrupt();
 }
 
-ZipPackage::Member::Member(::zip_file* file, long long limit) : file_(file), limit_(limit) {}
+ZipPackage::Member::Member(::zip_file* file, const ReadLimits& limits, std::shared_ptr<long long> budget)
+    : file_(file), limit_(limits.maxEntryBytes), budget_(std::move(budget)), limitReason_(limits.limitReason),
+      packageAllowance_(limits.packageAllowanceBytes), packageRatio_(limits.packageRatio)
+{
+}
 
 ZipPackage::Member::~Member()
 {
@@ -87,9 +132,15 @@ qint64 ZipPackage::Member::readData(char* data, qint64 maxSize)
         return 0;
     }
     done_ += n;
-    if (done_ > limit_) {
-        // Declared sizes in a zip can lie; only the bytes actually produced count.
+    if (budget_)
+        *budget_ -= n;
+    // Declared sizes in a zip can lie; only the bytes actually produced count.
+    if (done_ > limit_ || (budget_ && *budget_ < 0)) {
         overLimit_ = true;
+        if (limitReason_)
+            *limitReason_ = budget_ && *budget_ < 0 ? tooLargeText(packageAllowance_, packageRatio_)
+                                                    : QStringLiteral("one of its parts unpacks to more than %1 bytes")
+                                                          .arg(limit_);
         return -1;
     }
     return n;

@@ -43,11 +43,13 @@ public:
 private:
     ReadLimits limits_;
     ::zip* archive_ = nullptr;
+    // Decompressed bytes the members may still produce, all together.
+    std::shared_ptr<long long> budget_;
 };
 
 class ZipPackage::Member : public QIODevice {
 public:
-    Member(::zip_file* file, long long limit);
+    Member(::zip_file* file, const ReadLimits& limits, std::shared_ptr<long long> budget);
     ~Member() override;
     bool isSequential() const override { return true; }
     bool overLimit() const { return overLimit_; }
@@ -60,6 +62,9 @@ protected:
 private:
     ::zip_file* file_;
     long long limit_;
+    std::shared_ptr<long long> budget_;
+    QString* limitReason_;
+    long long packageAllowance_, packageRatio_;
     long long done_ = 0;
     bool overLimit_ = false;
     bool corrupt_ = false;

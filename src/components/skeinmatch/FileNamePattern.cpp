@@ -15,17 +15,18 @@ const std::ctype<wchar_t>* unicodeFacet()
 {
     // The process locale may be "C", in which case towlower folds ASCII only;
     // a fixed UTF-8 locale gives the same answer everywhere.
-    static const std::ctype<wchar_t>* facet = []() -> const std::ctype<wchar_t>* {
+    // Kept for the life of the process, since the facet lives in it; held in
+    // a static so that a leak checker sees it is still in use.
+    static const std::locale* locale = []() -> const std::locale* {
         for (const char* name : {"C.UTF-8", "C.utf8", "en_US.UTF-8"}) {
             try {
-                // Kept for the life of the process: the facet lives in it.
-                const auto* loc = new std::locale(name);
-                return &std::use_facet<std::ctype<wchar_t>>(*loc);
+                return new std::locale(name);
             } catch (const std::exception&) {
             }
         }
         return nullptr;
     }();
+    static const std::ctype<wchar_t>* facet = locale ? &std::use_facet<std::ctype<wchar_t>>(*locale) : nullptr;
     return facet;
 }
 

@@ -131,14 +131,23 @@ int Skeinmatch::CreateFileReport(const std::string& file, int type, int style)
     in.created = std::time(nullptr);
     in.keys = {options_.ignoreCase, options_.ignoreWhitespace};
 
+    reportError_.clear();
     if (file.empty())
         return -5;
-    std::FILE* f = std::fopen(file.c_str(), "wb");
-    if (!f)
+    // A report written over the files it describes would destroy them.
+    if (safewrite::sameFile(file, masterFile_) || safewrite::sameFile(file, sourceFile_)) {
+        reportError_ = "The report would overwrite a file being compared";
+        return -5;
+    }
+    // A file that cannot be created says enough with -5 alone (its caller
+    // tells the user to check the folder); a reason is kept for what -5
+    // would not explain.
+    safewrite::SafeFile target(file);
+    if (!target.open())
         return -5;
     bool ok = false;
     try {
-        skeinmatch::BufferedOut out(f);
+        skeinmatch::BufferedOut out(target);
         if (type == 1)
             ok = skeinmatch::writeHtmlReport(out, in, style == 2);
         else if (type == 2)
@@ -147,11 +156,18 @@ int Skeinmatch::CreateFileReport(const std::string& file, int type, int style)
             ok = skeinmatch::writeCsvReport(out, in);
         ok = out.ok() && ok;
     } catch (const std::bad_alloc&) {
-        ok = false;
+        reportError_ = "Out of memory";
+        return -2;
     }
-    if (std::fclose(f) != 0)
-        ok = false;
-    return ok ? 0 : -2;
+    // A report cut short by a full disk is no report: the old file stays
+    // and the caller hears why.
+    if (!ok && !target.failed())
+        return -2;
+    if (!ok || !target.commit()) {
+        reportError_ = target.reason();
+        return -5;
+    }
+    return 0;
 }
 
 std::vector<skeinmatch::DiffRecord> Skeinmatch::patchRecords() const

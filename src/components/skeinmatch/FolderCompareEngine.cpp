@@ -7,6 +7,8 @@
 #include <cstring>
 #include <fstream>
 
+#include "components/safewrite/SafeWrite.h"
+
 namespace skeinmatch {
 
 FolderCompareEngine::FolderCompareEngine() = default;
@@ -170,10 +172,10 @@ const char* sideText(std::int32_t v)
 
 bool FolderCompareEngine::WriteReport(const std::string& path) const
 {
-    std::ofstream out(path, std::ios::binary | std::ios::trunc);
-    if (!out) {
+    safewrite::SafeOStream out(path);
+    if (!out.isOpen()) {
         std::lock_guard lock(reportErrorMutex_);
-        reportError_ = "Cannot create " + path + ": " + std::strerror(errno);
+        reportError_ = "Cannot create " + path + ": " + out.reason();
         return false;
     }
     out << "#\tName\tOriginal Folder\tModified Folder\tType\tFound In\tContents\tSize\tDate\n";
@@ -195,10 +197,9 @@ bool FolderCompareEngine::WriteReport(const std::string& path) const
             << (both ? "Both" : r.lOnlyInOriginal ? "Original only" : "Modified only") << '\t'
             << contents << '\t' << size << '\t' << date << '\n';
     }
-    out.flush();
-    if (!out) {
+    if (!out.commit()) {
         std::lock_guard lock(reportErrorMutex_);
-        reportError_ = "Cannot write " + path + ": " + std::strerror(errno);
+        reportError_ = "Cannot write " + path + ": " + out.reason();
         return false;
     }
     std::lock_guard lock(reportErrorMutex_);

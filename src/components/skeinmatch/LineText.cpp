@@ -1,5 +1,7 @@
 #include "components/skeinmatch/LineText.h"
 
+#include "components/safewrite/SafeWrite.h"
+
 #include <cerrno>
 #include <climits>
 #include <cstring>
@@ -37,6 +39,12 @@ bool LineText::load(const std::string& path, std::string& error)
         error = "no file name given";
         return false;
     }
+    // Refused before the open: a named pipe would block it, and a device
+    // such as /dev/zero would be read until memory runs out.
+    if (const std::string why = safewrite::notRegularFileReason(path); !why.empty()) {
+        error = path + ": " + why;
+        return false;
+    }
     Fd f;
     f.fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
     if (f.fd < 0) {
@@ -53,8 +61,8 @@ bool LineText::load(const std::string& path, std::string& error)
         return false;
     }
 
-    // A regular file is read in one go; pipes and devices in chunks until
-    // they end.
+    // A regular file is read in one go; a shell's pipe in chunks until it
+    // ends.
     std::size_t cap = S_ISREG(st.st_mode) ? static_cast<std::size_t>(st.st_size) : 0;
     if (cap > maxBytes) {
         error = path + ": file too large";

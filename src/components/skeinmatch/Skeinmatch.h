@@ -100,6 +100,9 @@ public:
     // -2 other failure, -3 Original unreadable, -4 Modified unreadable,
     // -5 the file could not be created.
     int CreateFileReport(const std::string& file, int type, int style);
+    // Why the last report failed (a full disk, a report onto a compared
+    // file), empty when it did not or when there is nothing more to say.
+    const std::string& reportError() const { return reportError_; }
 
     // ---- Beyond the viewer's contract -------------------------------------
 
@@ -175,6 +178,7 @@ private:
     bool compared_ = false;
     int loadStatus_ = 0;
     std::string loadError_;
+    std::string reportError_;
     std::time_t originalTime_ = 0, modifiedTime_ = 0;
     skeinmatch::LineText original_, modified_;
     std::vector<skeinmatch::DiffRecord> records_;

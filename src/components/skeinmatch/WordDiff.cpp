@@ -55,14 +55,20 @@ std::vector<Token> tokenize(std::string_view text)
 WordDiff diffWords(std::string_view a, std::string_view b)
 {
     WordDiff w;
-    w.a = tokenize(a);
-    w.b = tokenize(b);
     if (a.size() > maxDetailedBytes || b.size() > maxDetailedBytes) {
+        // All of it is changed: one token a side says so, where cutting a
+        // line of hundreds of megabytes into words would cost gigabytes.
+        if (!a.empty())
+            w.a.push_back({0, static_cast<std::uint32_t>(a.size())});
+        if (!b.empty())
+            w.b.push_back({0, static_cast<std::uint32_t>(b.size())});
         w.detailed = false;
         w.runs.push_back({0, static_cast<std::uint32_t>(w.a.size()), 0,
                           static_cast<std::uint32_t>(w.b.size())});
         return w;
     }
+    w.a = tokenize(a);
+    w.b = tokenize(b);
 
     std::unordered_map<std::string_view, std::uint32_t> ids;
     ids.reserve(w.a.size() + w.b.size());

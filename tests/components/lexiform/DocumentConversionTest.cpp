@@ -206,6 +206,19 @@ TEST(HtmlReader, RendersWhatABrowserShows)
     EXPECT_EQ(readHtml("").plainText(), "");
 }
 
+TEST(HtmlReader, DeeplyNestedUnclosedTagsKeepEveryLine)
+{
+    // Old pages never close their font tags: every line is one level deeper.
+    for (int lines : {400, 5000}) {
+        QByteArray html = "<html><body>";
+        for (int i = 0; i < lines; ++i)
+            html += "<font color=\"#0000ff\"><p>line " + QByteArray::number(i) + "<b>!</b>\n";
+        const QString text = readHtml(html).plainText();
+        EXPECT_EQ(text.count(QStringLiteral("line ")), lines);
+        EXPECT_TRUE(text.contains(QStringLiteral("line %1!").arg(lines - 1))) << lines;
+    }
+}
+
 TEST(DocumentErrors, ResultCodes)
 {
     tvtest::TempDir tmp;

@@ -168,6 +168,8 @@ TEST(SpreadsheetErrors, DamagedWorkbooksGiveResultCodesAndStayUntouched)
         {"truncated.ods", goodOds.substr(0, goodOds.size() / 3)},
         {"garbage.xlsx", std::string(5000, '\x07')},
         {"empty.xlsx", ""},
+        // Found by fuzzing: strings whose code page FreeXL cannot convert.
+        {"codepage.xls", tvtest::readFile(dataPath("damaged-codepage.xls"))},
         {"flipped.xlsx", [&] {
              std::string s = good;
              for (std::size_t i = 200; i < s.size() - 200; i += 97)
@@ -218,6 +220,42 @@ TEST(SpreadsheetErrors, ZipBombStopsAtTheCap)
     limits.maxCells = 5'000'000;
     lx.setReadLimits(limits);
     EXPECT_EQ(lx.ConvertSpreadsheetValues(q(wide), "1", q(tmp.file("o.csv")), 6), SourceInvalid);
+}
+
+TEST(SpreadsheetErrors, SheetsTooLargeToWriteSaySoBeforeBuildingThem)
+{
+    tvtest::TempDir tmp;
+    // Legal and sparse, but its padded rows would be 17 billion cells.
+    const std::string far = tmp.file("far.xlsx");
+    writeXlsx(far, {{"S", R"(<row r="1"><c r="A1" t="inlineStr"><is><t>first</t></is></c></row>)"
+                          R"(<row r="1048576"><c r="XFD1048576" t="inlineStr"><is><t>last</t></is></c></row>)"}});
+    Lexiform lx;
+    EXPECT_EQ(lx.ConvertSpreadsheetValues(q(far), "1", q(tmp.file("o.csv")), 6), SourceInvalid);
+    EXPECT_TRUE(lx.lastLimitReason().contains("1,048,576 rows by 16,384 columns")) << lx.lastLimitReason().toStdString();
+
+    // One cell repeated over the whole sheet: refused before one row is built.
+    const std::string repeated = tmp.file("repeated.ods");
+    writeZip(repeated, {{"mimetype", "application/vnd.oasis.opendocument.spreadsheet"},
+                        {"content.xml", R"(<?xml version="1.0"?><office:document-content xmlns:office="urn:oasis:names:tc:opendocument:xmlns:office:1.0" xmlns:table="urn:oasis:names:tc:opendocument:xmlns:table:1.0" xmlns:text="urn:oasis:names:tc:opendocument:xmlns:text:1.0"><office:body><office:spreadsheet><table:table table:name="A"><table:table-row table:number-rows-repeated="1048576"><table:table-cell table:number-columns-repeated="16384" office:value-type="string"><text:p>x</text:p></table:table-cell></table:table-row></table:table></office:spreadsheet></office:body></office:document-content>)"}});
+    EXPECT_EQ(lx.ConvertSpreadsheetValues(q(repeated), "1", q(tmp.file("o.csv")), 6), SourceInvalid);
+    EXPECT_FALSE(lx.lastLimitReason().isEmpty());
+
+    // A package that unpacks to more than its size allows, all members
+    // together.
+    ReadLimits tight;
+    tight.packageAllowanceBytes = 1000;
+    tight.packageRatio = 0;
+    lx.setReadLimits(tight);
+    EXPECT_EQ(lx.ConvertSpreadsheetValues(tvtest::qDataPath("book-original.xlsx"), "1", q(tmp.file("o.csv")), 6),
+              SourceInvalid);
+    EXPECT_TRUE(lx.lastLimitReason().contains("unpacks")) << lx.lastLimitReason().toStdString();
+    EXPECT_EQ(lx.ConvertDocument(tvtest::qDataPath("letter-original.docx"), q(tmp.file("o.txt")), TypePlainText),
+              SourceInvalid);
+    EXPECT_TRUE(lx.lastLimitReason().contains("unpacks"));
+    // The reason is the last conversion's, not an old one.
+    lx.setReadLimits({});
+    EXPECT_EQ(lx.ConvertDocument(tvtest::qDataPath("letter-original.docx"), q(tmp.file("o.txt")), TypePlainText), Ok);
+    EXPECT_TRUE(lx.lastLimitReason().isEmpty());
 }
 
 TEST(SpreadsheetValues, RepeatedBlankCellsAndRowsAreNotMaterialised)

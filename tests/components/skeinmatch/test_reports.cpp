@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <random>
 #include <sys/wait.h>
+#include <unistd.h>
 
 using namespace diffcheck;
 
@@ -313,4 +314,35 @@ TEST(ReportResults, ReportUsesTheTextsOfTheLastCompare)
     tvtest::writeFile(p.dir.file("original.txt"), "something else entirely\n");
     std::string txt = p.report(2, 0);
     EXPECT_NE(txt.find("-two\n+TWO\n"), std::string::npos);
+}
+
+TEST(ReportResults, AFullDiskOrACompareFileAsTargetKeepsEveryFile)
+{
+    std::string big, changed;
+    for (int i = 0; i < 5000; ++i) {
+        big += "line " + std::to_string(i) + "\n";
+        changed += (i % 2 ? "line " : "LINE ") + std::to_string(i) + "\n";
+    }
+    Pair p(big, changed);
+    p.engine.CompareFiles();
+    const std::string old = p.dir.file("old-report");
+    tvtest::writeFile(old, "last week's report");
+    // Each type, cut short by the disk: the old report stays, the caller
+    // hears why.
+    for (int type = 1; type <= 3; ++type) {
+        const int rc = tvtest::runWithFileSizeLimit(4096, [&] {
+            const int r = p.engine.CreateFileReport(old, type, 1);
+            return r == -5 && !p.engine.reportError().empty() ? 0 : 1;
+        });
+        EXPECT_EQ(rc, 0) << "type " << type;
+        EXPECT_EQ(tvtest::readFile(old), "last week's report");
+    }
+    // Named as its own input, by another spelling, or through a link.
+    const std::string original = tvtest::readFile(p.dir.file("original.txt"));
+    ASSERT_EQ(::symlink(p.dir.file("modified.txt").c_str(), p.dir.file("link").c_str()), 0);
+    EXPECT_EQ(p.engine.CreateFileReport(p.dir.path() + "/./original.txt", 1, 1), -5);
+    EXPECT_EQ(p.engine.CreateFileReport(p.dir.file("link"), 2, 0), -5);
+    EXPECT_FALSE(p.engine.reportError().empty());
+    EXPECT_EQ(tvtest::readFile(p.dir.file("original.txt")), original);
+    EXPECT_EQ(tvtest::readFile(p.dir.file("modified.txt")), changed);
 }

@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <QFile>
 #include <QProcess>
+#include <unistd.h>
 #include <gtest/gtest.h>
 
 using tvtest::readFile;
@@ -24,9 +25,13 @@ protected:
         int status = -1;
         QString out, err;
     };
-    Result run(const QStringList& args)
+    // `fileSizeLimit` bytes, when given, is all the program may write to any
+    // one file: a full disk, made certain.
+    Result run(const QStringList& args, long fileSizeLimit = 0)
     {
         QProcess p;
+        if (fileSizeLimit > 0)
+            p.setChildProcessModifier([fileSizeLimit] { tvtest::limitFileSize(fileSizeLimit); });
         QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
         env.remove("DISPLAY");
         env.remove("WAYLAND_DISPLAY");
@@ -158,6 +163,52 @@ TEST_F(ProgramRun, ALockedPdfIsReportedWithoutAQuestion)
     const Result locked = run({data("letter-password.pdf"), data("letter-original.pdf"), "-X", "-V"});
     EXPECT_EQ(locked.status, 0);
     EXPECT_TRUE(locked.err.contains("password", Qt::CaseInsensitive)) << locked.err.toStdString();
+}
+
+TEST_F(ProgramRun, NoReportReplacesAnInputOrEndsHalfWrittenOnAFullDisk)
+{
+    std::string original, modified;
+    for (int i = 0; i < 20000; ++i) {
+        original += "line " + std::to_string(i) + "\n";
+        modified += (i % 2 ? "line " : "LINE ") + std::to_string(i) + "\n";
+    }
+    writeFile(dir.file("orig.txt"), original);
+    writeFile(dir.file("mod.txt"), modified);
+    writeFile(dir.file("old.htm"), "last week's report");
+    ASSERT_EQ(::link(dir.file("mod.txt").c_str(), dir.file("hard.txt").c_str()), 0);
+    const std::vector<std::string> inputs{dir.file("orig.txt"), dir.file("mod.txt"),
+                                          tvtest::dataPath("letter-original.docx"),
+                                          tvtest::dataPath("letter-modified.docx")};
+    std::vector<std::string> before;
+    for (const auto& f : inputs)
+        before.push_back(tvtest::sha256(f));
+    const QStringList files{"orig.txt", "mod.txt"};
+
+    // Onto either input, however spelled: refused, said, and not a success.
+    for (const QString& target : {QString("orig.txt"), at("./mod.txt"), QString("hard.txt")}) {
+        const Result r = run(files + QStringList{"-T", target, "-R2", "-X"});
+        EXPECT_NE(r.status, 0) << target.toStdString();
+        EXPECT_TRUE(r.err.contains("Report Creation Error")) << r.err.toStdString();
+        EXPECT_TRUE(r.err.contains("overwrite")) << r.err.toStdString();
+    }
+    const Result converted = run({data("letter-original.docx"), data("letter-modified.docx"), "-T",
+                                  data("letter-modified.docx"), "-X"});
+    EXPECT_NE(converted.status, 0);
+
+    // A disk that fills half-way: each type says so and leaves the old file.
+    // The limit lets the inputs and their work files through (about 209 KB
+    // each) and stops every report (343 KB and more).
+    for (const char* type : {"-R1", "-R2", "-R3"}) {
+        const Result full = run(files + QStringList{"-T", "old.htm", type, "-X"}, 300000);
+        EXPECT_NE(full.status, 0) << type;
+        EXPECT_TRUE(full.err.contains("Report Creation Error")) << full.err.toStdString();
+        EXPECT_TRUE(full.err.contains("too large", Qt::CaseInsensitive)) << full.err.toStdString();
+        EXPECT_EQ(text("old.htm"), "last week's report");
+    }
+    EXPECT_EQ(QDir(dir.qpath()).entryList(QDir::Files | QDir::Hidden).size(), 4) << "no temporary file left";
+
+    for (std::size_t i = 0; i < inputs.size(); ++i)
+        EXPECT_EQ(tvtest::sha256(inputs[i]), before[i]) << inputs[i];
 }
 
 } // namespace
