@@ -2,7 +2,6 @@
 // the temporary file, the password round, and the messages users meet.
 
 #include "conversion/LoadPipeline.h"
-#include "components/lexiform/RtfReader.h"
 #include "core/modGlobal.h"
 #include "core/modParseCommandLine.h"
 #include "support/qstring_print.h"
@@ -73,10 +72,7 @@ TEST(RoadForFile, FirstHitOfTheNameTableDecides)
 TEST_F(Pipeline, WordDocumentsArriveAsRichTextOrPlainText)
 {
     ASSERT_TRUE(ConvertFileIfNecessary(controls, q(dataPath("letter-original.docx")), q(temp()), options, true));
-    const std::string rtf = tvtest::readFile(temp());
-    ASSERT_EQ(rtf.rfind("{\\rtf", 0), 0u);
-    const lexiform::Document doc = lexiform::readRtf(QByteArray::fromStdString(rtf));
-    EXPECT_TRUE(doc.plainText().contains("Dear Ms Whitfield,"));
+    EXPECT_EQ(tvtest::readFile(temp()).rfind("{\\rtf", 0), 0u);
 
     options.bRemoveFormatting = true;
     ASSERT_TRUE(ConvertFileIfNecessary(controls, q(dataPath("letter-original.odt")), q(temp()), options, false));
@@ -89,16 +85,11 @@ TEST_F(Pipeline, WordDocumentsArriveAsRichTextOrPlainText)
     EXPECT_TRUE(messages.empty());
 }
 
-TEST_F(Pipeline, HtmlSourceOrRenderedText)
+TEST_F(Pipeline, HtmlSourceIsCopiedAsItStands)
 {
     options.bHTMLCompareSource = true;
     ASSERT_TRUE(ConvertFileIfNecessary(controls, q(dataPath("letter-original.html")), q(temp()), options, true));
     EXPECT_EQ(tvtest::readFile(temp()), tvtest::readFile(dataPath("letter-original.html")));
-    options.bHTMLCompareSource = false;
-    options.bRemoveFormatting = true;
-    ASSERT_TRUE(ConvertFileIfNecessary(controls, q(dataPath("letter-original.html")), q(temp()), options, true));
-    EXPECT_EQ(tvtest::readFile(temp()).find("<p"), std::string::npos);
-    EXPECT_NE(tvtest::readFile(temp()).find("Dear Ms Whitfield,"), std::string::npos);
 }
 
 TEST_F(Pipeline, PasswordRoundGivesOneTry)
@@ -167,10 +158,6 @@ TEST_F(Pipeline, SpreadsheetRoadSquaresUpAndJoins)
     ASSERT_TRUE(ConvertFileIfNecessary(controls, book, q(temp()), options, true));
     EXPECT_EQ(tvtest::readFile(temp()), one);
 
-    // Formulas instead of values.
-    options.bExcelCompareFormulas = true;
-    ASSERT_TRUE(ConvertFileIfNecessary(controls, q(dataPath("book-original.ods")), q(temp()), options, true));
-    EXPECT_NE(tvtest::readFile(temp()).find("=D2*E2"), std::string::npos);
     EXPECT_TRUE(messages.empty());
 }
 
