@@ -246,14 +246,6 @@ TEST_F(Messages, RoutinesReportThroughTheLog)
     EXPECT_NE(tvtest::readFile(tmp.file("log.txt")).find("Failed to Convert"), std::string::npos);
     gsClLogFile.clear();
 
-    messages.clear();
-    EXPECT_FALSE(ConverterSpecialProcessing(controls, 3, "", ""));
-    EXPECT_FALSE(ConverterExcelSpreadSheetNumber(controls, "", "1", q(temp()), 6, false));
-    ReportLexiformError(-100);
-    ReportLexiformError(-9);
-    EXPECT_EQ(messages, (std::vector<QString>{"SpecialProcessing: Unknown Process Identifier", "File path is empty",
-                                              "Failed to Convert.  MS Word must be installed to perform this operation"}));
-
     // Without an office suite a legacy workbook's formulas cannot be had.
     messages.clear();
     const QByteArray savedPath = qgetenv("PATH");
