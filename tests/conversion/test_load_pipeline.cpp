@@ -15,35 +15,16 @@ namespace {
 class LoadPipelineTest : public ViewerTest {
 protected:
     static QString fixture(const char* name) { return tvtest::qDataPath(QLatin1String(name)); }
-    static QString expected(const char* name)
-    {
-        return QString::fromUtf8(tvtest::readFile(tvtest::dataPath(std::string(name) + ".expected.txt")));
-    }
 };
 
-TEST_F(LoadPipelineTest, TheRtfLetterKeepsItsFormatsAndShowsItsThreeDifferences)
+TEST_F(LoadPipelineTest, TheRtfLetterKeepsItsFormatsUnderTheMarks)
 {
     compare(fixture("letter-original.rtf"), fixture("letter-modified.rtf"));
     EXPECT_TRUE(viewer->rtbOriginal->Text().contains("Lefèvre Facilities Ltd"));
-    // Paragraph 6 changed and paragraph 7 gone make one change of two
-    // paragraphs into one; a new paragraph follows paragraph 9.
-    EXPECT_EQ(records(), QStringList({"c 6 7 6 6", "a 9 9 9 9"}));
-    // Inside the change the gone paragraph's words are deletions, the
-    // changed words changes.
-    RichTextBox* left = viewer->rtbOriginalDiffFinal;
-    const int discussed = int(left->Text().indexOf("As discussed"));
-    EXPECT_EQ(left->formatAt(discussed + 3).foreColor, lexiform::Rgb(0x0000FF));
-    EXPECT_TRUE(left->formatAt(int(left->Text().indexOf("north"))).strike);
     const int bold = int(viewer->rtbOriginal->Text().indexOf("maintenance contract"));
     EXPECT_TRUE(viewer->rtbOriginal->formatAt(bold).bold);
-    // Only the changed words of paragraph 6 are marked on the right.
     RichTextBox* right = viewer->rtbModifiedDiffFinal;
-    const int south = int(right->Text().indexOf("south"));
-    const int warehouse = int(right->Text().indexOf("warehouse"));
-    EXPECT_TRUE(right->formatAt(south).underline);
-    EXPECT_FALSE(right->formatAt(warehouse + 3).underline);
-    const int fire = int(right->Text().indexOf("In addition, the fire alarm"));
-    EXPECT_EQ(right->formatAt(fire + 3).foreColor, lexiform::Rgb(0x008000));
+    EXPECT_TRUE(right->formatAt(int(right->Text().indexOf("south"))).underline);
 }
 
 TEST_F(LoadPipelineTest, LoadsAreRememberedInTheRecentListsAndOptions)
@@ -115,9 +96,6 @@ TEST_F(LoadPipelineTest, ThePickerLoadsIntoTheEditorAndRemembersItsFilter)
     dialogs.nextFilterIndex = 2;
     viewer->PickFileForEditor(frmCompareFiles::kModified);
     ASSERT_EQ(dialogs.filePicks.size(), 1u);
-    EXPECT_EQ(dialogs.filePicks[0].title, "Load File");
-    EXPECT_FALSE(dialogs.filePicks[0].save);
-    EXPECT_EQ(dialogs.filePicks[0].nameFilters.size(), 7);
     EXPECT_EQ(viewer->lLastSelectedFileFilterIndex, 2);
     EXPECT_TRUE(viewer->rtbModified->Text().startsWith("Packing list"));
     EXPECT_EQ(viewer->cbSelectModified->currentText(), dialogs.nextFile);

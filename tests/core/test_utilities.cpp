@@ -1,5 +1,5 @@
-// Text and file routines: the NUL cut, the status animation, number reading,
-// the two existence tests and the copy over a read-only file.
+// Text and file routines: number reading, the existence test and the copy
+// over a read-only file.
 
 #include "core/modUtilityFile.h"
 #include "core/modUtilityString.h"
@@ -23,31 +23,6 @@ mode_t modeOf(const std::string& path)
     struct stat st {};
     ::stat(path.c_str(), &st);
     return st.st_mode & 07777;
-}
-
-TEST(TrimAtNull, CutsAtTheFirstNul)
-{
-    EXPECT_EQ(TrimAtNull(QString("C:\\WINDOWS") + QChar(0) + "junk" + QChar(0)), "C:\\WINDOWS");
-    EXPECT_EQ(TrimAtNull(QString(QChar(0)) + "x"), "");
-    EXPECT_EQ(TrimAtNull(QString("plain")), "plain");
-    EXPECT_EQ(TrimAtNull(std::string("ab\0cd", 5)), "ab");
-}
-
-TEST(AnimateStatusText, GrowsTwoCharactersATickAndStartsOver)
-{
-    const QString text = QString("Comparing Folders") + QString(100, '.');
-    // The counter is shared; find where a cycle starts.
-    int guard = 0;
-    while (!AnimateStatusText(text).isEmpty())
-        ASSERT_LT(++guard, 40);
-    for (int n = 1; n <= 30; ++n)
-        ASSERT_EQ(AnimateStatusText(text), text.left(2 * n)) << n;
-    EXPECT_EQ(AnimateStatusText(text), "");
-    EXPECT_EQ(AnimateStatusText(text), text.left(2));
-    // A short text simply shows whole once the counter passes its length.
-    for (int n = 2; n <= 30; ++n)
-        AnimateStatusText("abc");
-    EXPECT_EQ(AnimateStatusText("abc"), "");
 }
 
 TEST(TextToLong, ReadsNumbersAsSettingsAlwaysHaveBeen)
@@ -79,7 +54,6 @@ protected:
 TEST_F(FileRoutines, FileExistsOnlyForRegularFiles)
 {
     writeFile(dir.file("a.txt"), "x");
-    writeFile(dir.file(".hidden"), "x");
     writeFile(dir.file("locked.txt"), "x");
     ::chmod(dir.file("locked.txt").c_str(), 0);
     QDir().mkpath(path("folder"));
@@ -90,7 +64,6 @@ TEST_F(FileRoutines, FileExistsOnlyForRegularFiles)
     EXPECT_FALSE(FileExistsOnDisk("   "));
     EXPECT_TRUE(FileExistsOnDisk(path("a.txt")));
     EXPECT_TRUE(FileExistsOnDisk("  " + path("a.txt") + " "));
-    EXPECT_TRUE(FileExistsOnDisk(path(".hidden")));
     EXPECT_TRUE(FileExistsOnDisk(path("locked.txt")));
     EXPECT_TRUE(FileExistsOnDisk(path("link.txt")));
     EXPECT_FALSE(FileExistsOnDisk(path("missing.txt")));

@@ -103,10 +103,6 @@ TEST_F(MruTest, MarkerAndEmptySlotsAreSkipped)
               "1_CompareFilemruOriginal20=/b.txt\n"
               "1_CompareFilemruOriginal21=/never.txt\n");
     EXPECT_EQ(reload().Items(), (QStringList{"/a.txt", "/b.txt"}));
-
-    clsMRU other;
-    other.Setup(20, ini, "1_CompareFilemruModified");
-    EXPECT_EQ(other.Count(), 0);
 }
 
 } // namespace

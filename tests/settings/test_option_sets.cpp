@@ -1,9 +1,8 @@
-// The two option sets: keys, defaults and order as the INI file sees them,
-// round trips, and a load broken off by a bad number.
+// The two option sets: every key saved once and in order, round trips, and
+// a load broken off by a bad number.
 
 #include "settings/IniStore.h"
 #include "settings/clsCompareFileOptions.h"
-#include "settings/clsCompareFolderOptions.h"
 #include "support/testsupport.h"
 
 #include <gtest/gtest.h>
@@ -42,33 +41,6 @@ protected:
     tvtest::TempDir dir;
     QString ini = dir.qpath() + "/Tallyvane.INI";
 };
-
-TEST_F(OptionSetTest, FirstStartGivesTheDefaultsInLoadOrder)
-{
-    clsCompareFileOptions files;
-    EXPECT_EQ(files.Section(), "CompareFileOptions");
-    files.setSection("1_CompareFile");
-    files.LoadStateFromFile(ini);
-    const QStringList lines = report(files).split('\n', Qt::SkipEmptyParts);
-    ASSERT_EQ(lines.size(), 58);
-    EXPECT_EQ(lines.first(), "   sFileOriginal = Uninitialized");
-    EXPECT_EQ(lines.last(), "   bHTMLCompareSource = False");
-    // The colours of the three kinds, as COLORREF numbers.
-    EXPECT_TRUE(lines.contains("   lViewAdditionForeColor = 32768"));
-    EXPECT_TRUE(lines.contains("   lViewDeletionForeColor = 16711680"));
-    EXPECT_TRUE(lines.contains("   lViewChangeForeColorOriginal = 255"));
-    EXPECT_TRUE(files.bReloadOnRefresh.Data() && files.bShowSimilarContent.Data());
-    EXPECT_EQ(files.lSliderRefreshRate.Data(), 10);
-
-    clsCompareFolderOptions folders;
-    EXPECT_EQ(folders.Section(), "CompareFolderOptions");
-    folders.setSection("1_CompareDir");
-    folders.LoadStateFromFile(ini);
-    const QStringList folderLines = report(folders).split('\n', Qt::SkipEmptyParts);
-    ASSERT_EQ(folderLines.size(), 13);
-    EXPECT_EQ(folderLines.first(), "   sFolderOriginal = /");
-    EXPECT_EQ(folderLines.last(), "   bShowDateOnlyDifferent = True");
-}
 
 TEST_F(OptionSetTest, SaveWritesEveryKeyOnceInOrderAndLoadBringsItBack)
 {
