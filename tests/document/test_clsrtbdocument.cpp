@@ -301,12 +301,4 @@ TEST_F(DocumentTest, HighlightSetsTheBackgroundOfTheSelection)
     box.setSelStart(4);
     h.APIHighlightHard(0x123456);
     EXPECT_EQ(box.Text(), QStringLiteral("abcdef"));
-
-    // Colour names in any case; "random" never reaches 255 in a channel.
-    EXPECT_EQ(ClsAPIHighlight::NamedColour("BEIGE"), 250 | 200 << 8 | 200 << 16);
-    EXPECT_EQ(ClsAPIHighlight::NamedColour("mauve"), 0);
-    for (int i = 0; i < 50; ++i) {
-        const std::int32_t c = ClsAPIHighlight::NamedColour("random");
-        EXPECT_TRUE(c >= 0 && (c & 0xFF) < 255 && ((c >> 8) & 0xFF) < 255 && (c >> 16) < 255) << c;
-    }
 }

