@@ -1,15 +1,11 @@
 #include <sys/stat.h>
 #include <unistd.h>
-#include "document/ClsAPIHighlight.h"
-#include "document/ColorRef.h"
 #include "document/clsRTBDocument.h"
 #include "support/qstring_print.h"
 #include "support/testsupport.h"
 #include "support/unprivileged.h"
 
 #include <QFile>
-#include <QGuiApplication>
-#include <QPalette>
 #include <gtest/gtest.h>
 
 using lexiform::Rgb;
@@ -275,30 +271,4 @@ TEST_F(DocumentTest, LoadFileWaitsForAFileItCannotOpenYet)
 
     doc.Clear();
     EXPECT_EQ(box.TextLength(), 0);
-}
-
-TEST_F(DocumentTest, HighlightSetsTheBackgroundOfTheSelection)
-{
-    box.setText("abcdef");
-    ClsAPIHighlight unassigned;
-    unassigned.APIHighlightHard(0x0000FF);  // silently nothing
-    ClsAPIHighlight h;
-    h.AssignControls(&box);
-    box.setSelection(1, 3);
-    h.APIHighlightHard(0x0000FF);
-    h.APIHighlightHard(0x00FF00);
-    EXPECT_EQ(box.formatAt(1).backColor, Rgb(0x00FF00));
-    EXPECT_EQ(box.formatAt(3).backColor, std::nullopt);
-    EXPECT_EQ(box.SelStart(), 1);
-    EXPECT_EQ(box.SelLength(), 2);
-    h.APIHighlightHardHard(0xFF0000, 0x0000FF);
-    EXPECT_EQ(box.formatAt(2).backColor, Rgb(0x0000FF));
-    EXPECT_EQ(box.formatAt(2).foreColor, Rgb(0xFF0000));
-    h.APIHighlightRemove();
-    const QColor window = QGuiApplication::palette().color(QPalette::Base);
-    EXPECT_EQ(box.formatAt(2).backColor, tv::rgbFromColor(window));
-    // An empty selection changes no text.
-    box.setSelStart(4);
-    h.APIHighlightHard(0x123456);
-    EXPECT_EQ(box.Text(), QStringLiteral("abcdef"));
 }

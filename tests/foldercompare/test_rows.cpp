@@ -1,5 +1,5 @@
 // What each kind of finding looks like in the grid: the cell texts with
-// their blanks, the colours, the marked background and the icons, as the
+// their blanks, the colours and the marked background, as the
 // grid's model hands them to the view.
 
 #include "folder_fixture.h"
@@ -66,13 +66,6 @@ protected:
         }
         return m;
     }
-    static QString icons(const foldercompare::FolderGridModel& g, int row)
-    {
-        QString s;
-        for (int c = 0; c < 2; ++c)
-            s += g.data(g.index(row, c), Qt::DecorationRole).isValid() ? 'I' : '-';
-        return s;
-    }
 };
 
 TEST_F(GridRows, FilesInBothTreesAreMarkedWhereTheyDiffer)
@@ -81,7 +74,6 @@ TEST_F(GridRows, FilesInBothTreesAreMarkedWhereTheyDiffer)
                           file("older.txt", 0, -1, 0), file("broken.txt", 0, 0, 2)});
     EXPECT_EQ(texts(g, 0), QStringList({"       same.txt", "       same.txt", "  ", " ", " "}));
     EXPECT_EQ(marks(g, 0), "-----");
-    EXPECT_EQ(icons(g, 0), "II");
     EXPECT_EQ(texts(g, 1).mid(2), QStringList({"CHANGED", " ", " "}));
     EXPECT_EQ(marks(g, 1), "RRR--");
     EXPECT_EQ(texts(g, 2).mid(2), QStringList({"CHANGED", "[O]>[M]", " "}));

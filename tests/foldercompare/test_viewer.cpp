@@ -5,7 +5,6 @@
 
 #include "folder_fixture.h"
 
-#include "core/Places.h"
 #include "settings/IniStore.h"
 #include "shell/frmMainMDI.h"
 #include "support/unprivileged.h"
@@ -82,14 +81,6 @@ protected:
             list << g.data(g.index(r, 0)).toString().trimmed() + "|" + g.data(g.index(r, 1)).toString().trimmed() + "|"
                     + g.data(g.index(r, 2)).toString().trimmed();
         return list;
-    }
-    int rowOf(const QString& start) const
-    {
-        const QStringList list = shown();
-        for (int r = 0; r < list.size(); ++r)
-            if (list[r].startsWith(start))
-                return r;
-        return -1;
     }
 };
 
