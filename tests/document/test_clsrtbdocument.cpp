@@ -97,8 +97,6 @@ TEST_F(DocumentTest, SelectParagraphs)
     doc.SelectParagraphs(-1, 2, true);
     EXPECT_EQ(beeps, 2);
     EXPECT_EQ(selection(), std::make_pair(1, 1));
-    EXPECT_TRUE(doc.bIsValidSelection(0, 4));
-    EXPECT_EQ(beeps, 2);
 }
 
 TEST_F(DocumentTest, SelectAllTextBetween)
@@ -181,12 +179,10 @@ TEST_F(DocumentTest, AdjustAfterInsertsFromTheEndBackwards)
     doc.SelectAllTextBetween(4, 5, false);
     EXPECT_EQ(box.SelText(), QStringLiteral("X4a\nX4b"));
 
-    // Starting behind the count changes nothing; a negative shift is not checked.
+    // Starting behind the count changes nothing.
     const Entries before = entries(doc);
     doc.ParagraphCollectionAdjust(6, 100);
     EXPECT_EQ(entries(doc), before);
-    doc.ParagraphCollectionAdjust(5, -30);
-    EXPECT_LT(doc.GetFirstCharLocationOfParagraph(5), doc.GetFirstCharLocationOfParagraph(4));
 }
 
 TEST_F(DocumentTest, CaretRoutines)
@@ -264,11 +260,6 @@ TEST_F(DocumentTest, LoadFileWaitsForAFileItCannotOpenYet)
 
     doc.LoadFile(tvtest::qDataPath("text-lf-original.txt"));
     EXPECT_TRUE(box.Text().startsWith("Packing list"));
-    doc.LoadFile2(tvtest::qDataPath("letter-original.rtf"), RichTextBox::PlainTextFile);
-    EXPECT_TRUE(box.Text().startsWith("{\\rtf1"));
     EXPECT_EQ(busyDepth, 0);
     EXPECT_EQ(messages.size(), 1);
-
-    doc.Clear();
-    EXPECT_EQ(box.TextLength(), 0);
 }

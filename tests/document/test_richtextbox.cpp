@@ -149,21 +149,6 @@ TEST(RichTextBox, LoadsFilesByTheirContent)
     EXPECT_EQ(box.Text(), utf16);
 }
 
-TEST(RichTextBox, UndoBelongsToShownBoxes)
-{
-    // Undo belongs to shown boxes; loading clears the history.
-    RichTextBox shown;
-    std::unique_ptr<QTextEdit> view(shown.createView());
-    shown.setText("base");
-    shown.setSelStart(4);
-    shown.setSelText("!");
-    EXPECT_EQ(shown.Text(), QStringLiteral("base!"));
-    shown.Undo();
-    EXPECT_EQ(shown.Text(), QStringLiteral("base"));
-    shown.Undo();
-    EXPECT_EQ(shown.Text(), QStringLiteral("base"));
-}
-
 TEST(RichTextBox, LinesAreParagraphsUnlessShownAndWrapped)
 {
     RichTextBox hidden;

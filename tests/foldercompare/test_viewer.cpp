@@ -214,8 +214,6 @@ TEST_F(FolderViewerTest, TheViewersSectionComesBackAsItWasLeft)
 {
     makeScripted();
     viewer->findChild<QCheckBox*>("cbCompareFileContents")->setChecked(false);
-    viewer->findChild<QCheckBox*>("cbDontStreamResults")->setChecked(true);
-    viewer->findChild<QCheckBox*>("cbLookInSubfolders")->setChecked(false);
     viewer->findChild<QComboBox*>("cbFileExt")->setEditText("*.h *.c");
     viewer->mnuViewLegend_Click();
     viewer->findChild<QLineEdit*>("txtDefaultReportCSV")->setText(at("r.tsv"));
@@ -234,8 +232,6 @@ TEST_F(FolderViewerTest, TheViewersSectionComesBackAsItWasLeft)
 
     makeScripted();
     EXPECT_FALSE(viewer->findChild<QCheckBox*>("cbCompareFileContents")->isChecked());
-    EXPECT_TRUE(viewer->findChild<QCheckBox*>("cbDontStreamResults")->isChecked());
-    EXPECT_FALSE(viewer->findChild<QCheckBox*>("cbLookInSubfolders")->isChecked());
     EXPECT_EQ(viewer->findChild<QComboBox*>("cbFileExt")->currentText(), "*.h *.c");
     EXPECT_EQ(viewer->findChild<QComboBox*>("cbSelectOriginal")->currentText(), at("A"));
     EXPECT_TRUE(viewer->findChild<QWidget*>("tbLegend")->isHidden());
