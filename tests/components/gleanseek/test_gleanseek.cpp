@@ -154,10 +154,6 @@ TEST(Gleanseek, OptionsReachTheMatcher)
     g.setCaseSensitive(true);
     g.setWholeWordOnly(true);
     EXPECT_EQ(search(g, tmp.path()), V({"t.txt 3:4  a needle "}));
-    g.setWholeWordOnly(false);
-    g.setRegularExpression(true);
-    g.setSearchText("colo?r$");
-    EXPECT_EQ(search(g, tmp.path()), V({"t.txt 4:1 colour"}));
 }
 
 TEST(Gleanseek, EncodingsAndBinaryFiles)

@@ -160,8 +160,7 @@ TEST(EngineOptions, IgnoreCaseFoldsLatinGreekCyrillic)
     const std::string b = "hello world\nécole à ça\nοδος σοφία\nжурнал ёлка\nSTRAẞE\n";
     auto ignore = [](Skeinmatch& e) { e.setIgnoreCase(true); };
     EXPECT_TRUE(compare(a, b, ignore).empty());
-    EXPECT_EQ(compare(a, b).size(), 1u);
-    EXPECT_EQ(compare(a, b)[0], (Rec{'c', 1, 5, 1, 5}));
+    EXPECT_EQ(compare(a, b), (std::vector<Rec>{{'c', 1, 5, 1, 5}}));
     // Different letters stay different.
     EXPECT_EQ(compare("ΑΒΓ\n", "αβδ\n", ignore).size(), 1u);
 }
@@ -250,7 +249,5 @@ TEST(EngineOptions, PropertiesReachTheCompare)
     auto larger = compare("1\n2\n3\n4\n", "x\n2\ny\n4\n",
                           [](Skeinmatch& e) { e.setShowChangesInLargerSections(true); });
     EXPECT_EQ(larger, (std::vector<Rec>{{'c', 1, 3, 1, 3}}));
-    auto faster = compare(a, b, [](Skeinmatch& e) { e.setCompareFaster(true); });
-    EXPECT_EQ(faster.size(), 2u);
 }
 

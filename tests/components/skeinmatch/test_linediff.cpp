@@ -66,29 +66,6 @@ TEST(LineDiffMinimal, RandomPairsMatchBruteForce)
     }
 }
 
-TEST(LineDiffMinimal, LongerPairsStayMinimal)
-{
-    // Long enough for the search to recurse many times, small enough for the
-    // brute force.
-    std::mt19937 rng(777);
-    for (int round = 0; round < 40; ++round) {
-        std::vector<std::string> a;
-        for (int i = 0; i < 400; ++i)
-            a.push_back("l" + std::to_string(rng() % 40));
-        auto b = a;
-        for (int e = 0; e < 30; ++e) {
-            std::size_t p = rng() % b.size();
-            if (e % 3 == 0)
-                b.erase(b.begin() + static_cast<long>(p));
-            else
-                b.insert(b.begin() + static_cast<long>(p), "l" + std::to_string(rng() % 50));
-        }
-        auto recs = diffTexts(joinLines(a), joinLines(b));
-        expectValid(a, b, recs);
-        ASSERT_EQ(changedLines(recs), minimalChangedLines(a, b)) << "round " << round;
-    }
-}
-
 TEST(LineDiffFallbacks, RandomPairsStayValidUnderEveryOption)
 {
     // A cut-short search (no budget: every search stops after one round and
@@ -133,19 +110,6 @@ TEST(LineDiffFallbacks, AnchorsKeepLargeMovesNearMinimal)
     expectValid(a, b, exact);
     expectValid(a, b, cut);
     EXPECT_LE(changedLines(cut), changedLines(exact) * 11 / 10);
-}
-
-TEST(LineDiffFallbacks, FasterModeCopesWithUnrelatedRepetitiveTexts)
-{
-    std::mt19937 rng(4242);
-    DiffOptions fast;
-    fast.faster = true;
-    std::vector<std::string> a, b;
-    for (int i = 0; i < 5000; ++i) {
-        a.push_back(std::to_string(rng() % 30));
-        b.push_back(std::to_string(rng() % 30));
-    }
-    expectValid(a, b, diffTexts(joinLines(a), joinLines(b), fast));
 }
 
 TEST(LineDiffSequences, SecondThreadGivesTheSameMatch)
@@ -253,22 +217,6 @@ TEST(LineDiffLargerSections, JoinsRecordsAtMostThreeLinesApart)
     ASSERT_EQ(joined.size(), 2u);
     EXPECT_EQ(joined[0], (DiffRecord{'c', 2, 6, 2, 6}));
     EXPECT_EQ(joined[1], (DiffRecord{'c', 11, 11, 11, 11}));
-}
-
-TEST(LineDiffLargerSections, JoinedKindsFollowTheirRanges)
-{
-    using skeinmatch::joinNearbyRecords;
-    // Two additions two lines apart become a change over the lines between.
-    auto two = joinNearbyRecords({{'a', 2, 2, 3, 3}, {'a', 4, 4, 6, 7}}, 3);
-    ASSERT_EQ(two.size(), 1u);
-    EXPECT_EQ(two[0], (DiffRecord{'c', 3, 4, 3, 7}));
-    // Two deletions one equal line apart become a change over that line.
-    auto dels = joinNearbyRecords({{'d', 2, 3, 1, 1}, {'d', 5, 5, 2, 2}}, 3);
-    ASSERT_EQ(dels.size(), 1u);
-    EXPECT_EQ(dels[0], (DiffRecord{'c', 2, 5, 2, 2}));
-    // Far apart: untouched.
-    std::vector<DiffRecord> far{{'c', 1, 1, 1, 1}, {'c', 10, 10, 10, 10}};
-    EXPECT_EQ(joinNearbyRecords(far, 3), far);
 }
 
 TEST(LineDiffLargerSections, RandomJoinsStayValid)
