@@ -71,8 +71,8 @@ TEST_F(RunTest, SideBySidePanesCarryTheFormatsOfEachKind)
     EXPECT_EQ(records(), kRecords);
 
     // Each side keeps its own paragraphs: no fillers.
-    RichTextBox* left = viewer->rtbOriginalDiffFinal;
-    RichTextBox* right = viewer->rtbModifiedDiffFinal;
+    RichTextBox* left = viewer->EditorBox(frmCompareFiles::kOriginalDiffFinal);
+    RichTextBox* right = viewer->EditorBox(frmCompareFiles::kModifiedDiffFinal);
     EXPECT_EQ(left->Text(), kOriginal.join("\n"));
     EXPECT_EQ(right->Text(), kModified.join("\n"));
 
@@ -99,47 +99,41 @@ TEST_F(RunTest, SideBySidePanesCarryTheFormatsOfEachKind)
     // Unchanged paragraphs are untouched.
     EXPECT_FALSE(right->formatAt(at(right, "omega")).bold);
 
-    // The work panes are given back after the run.
-    EXPECT_TRUE(viewer->rtbOriginalDiff->Text().isEmpty());
-    EXPECT_TRUE(viewer->rtbModifiedDiff->Text().isEmpty());
-    EXPECT_FALSE(viewer->rtbAIODiff->view()->isVisible());
-    EXPECT_TRUE(viewer->rtbOriginalDiffFinal->view()->isVisible());
+    EXPECT_FALSE(viewer->EditorBox(frmCompareFiles::kAIODiff)->view()->isVisible());
+    EXPECT_TRUE(viewer->EditorBox(frmCompareFiles::kOriginalDiffFinal)->view()->isVisible());
 }
 
 TEST_F(RunTest, FilteredViewsHoldTheirSectionsInDocumentOrder)
 {
     compare(textFile("a.txt", {"keep", "first gone", "keep too", "second gone", "keep three", "one two three", "end"}),
             textFile("b.txt", {"keep", "keep too", "keep three", "one TWO three", "end", "added one", "added two"}));
-    EXPECT_EQ(viewer->mlDeletionCount, 2);
-    EXPECT_EQ(viewer->mlChangeCount, 1);
-    EXPECT_EQ(viewer->mlAdditionCount, 1);
-    EXPECT_EQ(viewer->rtbDeletions->Text(), "first gone\nsecond gone\n");
-    EXPECT_EQ(viewer->rtbAdditions->Text(), "added one\nadded two");
+    EXPECT_EQ(viewer->EditorBox(frmCompareFiles::kDeletions)->Text(), "first gone\nsecond gone\n");
+    EXPECT_EQ(viewer->EditorBox(frmCompareFiles::kAdditions)->Text(), "added one\nadded two");
     // The Original's text of a change, then the Modified's.
-    EXPECT_EQ(viewer->rtbChanges->Text(), "one two three\none TWO three\n");
-    EXPECT_EQ(viewer->rtbDeletions->formatAt(0).foreColor, kBlue);
+    EXPECT_EQ(viewer->EditorBox(frmCompareFiles::kChanges)->Text(), "one two three\none TWO three\n");
+    EXPECT_EQ(viewer->EditorBox(frmCompareFiles::kDeletions)->formatAt(0).foreColor, kBlue);
 
     // The buttons of the kinds found are offered; a filter covers the view.
-    EXPECT_TRUE(viewer->rbShowAll->isChecked());
-    for (QRadioButton* rb : {viewer->rbShowAdditions, viewer->rbShowChanges, viewer->rbShowDeletions})
-        EXPECT_TRUE(rb->isVisibleTo(viewer->frameFilterButtons));
-    viewer->rbShowDeletions->setChecked(true);
-    EXPECT_TRUE(viewer->rtbDeletions->view()->isVisible());
+    EXPECT_TRUE(tvtest::child<QRadioButton>(viewer, "rbShowAll")->isChecked());
+    for (QRadioButton* rb : {tvtest::child<QRadioButton>(viewer, "rbShowAdditions"), tvtest::child<QRadioButton>(viewer, "rbShowChanges"), tvtest::child<QRadioButton>(viewer, "rbShowDeletions")})
+        EXPECT_TRUE(rb->isVisibleTo(tvtest::child<QWidget>(viewer, "frameFilterButtons")));
+    tvtest::child<QRadioButton>(viewer, "rbShowDeletions")->setChecked(true);
+    EXPECT_TRUE(viewer->EditorBox(frmCompareFiles::kDeletions)->view()->isVisible());
     EXPECT_EQ(viewer->PanelText(3), "Number of deletions: 2");
-    viewer->rbShowChanges->setChecked(true);
+    tvtest::child<QRadioButton>(viewer, "rbShowChanges")->setChecked(true);
     EXPECT_EQ(viewer->PanelText(3), "Number of changes: 1");
-    EXPECT_TRUE(viewer->rtbDeletions->view()->isVisible()) << "an earlier filter stays under the new one";
-    viewer->rbShowAll->setChecked(true);
-    EXPECT_FALSE(viewer->rtbDeletions->view()->isVisible());
-    EXPECT_FALSE(viewer->rtbChanges->view()->isVisible());
+    EXPECT_TRUE(viewer->EditorBox(frmCompareFiles::kDeletions)->view()->isVisible()) << "an earlier filter stays under the new one";
+    tvtest::child<QRadioButton>(viewer, "rbShowAll")->setChecked(true);
+    EXPECT_FALSE(viewer->EditorBox(frmCompareFiles::kDeletions)->view()->isVisible());
+    EXPECT_FALSE(viewer->EditorBox(frmCompareFiles::kChanges)->view()->isVisible());
 }
 
 TEST_F(RunTest, StatusBarFollowsTheStagesOfARun)
 {
     const QString a = textFile("a.txt", kOriginal);
     const QString b = textFile("b.txt", kModified);
-    viewer->cbSelectOriginal->setEditText(a);
-    viewer->cbSelectModified->setEditText(b);
+    tvtest::child<QComboBox>(viewer, "cbSelectOriginal")->setEditText(a);
+    tvtest::child<QComboBox>(viewer, "cbSelectModified")->setEditText(b);
     viewer->RefreshDisplay(true, true);
 
     auto indexOf = [this](const QString& text, int from = 0) { return int(panel3.indexOf(text, from)); };
@@ -165,9 +159,9 @@ TEST_F(RunTest, StatusBarFollowsTheStagesOfARun)
     EXPECT_TRUE(ok) << viewer->PanelText(5).toStdString();
     EXPECT_EQ(viewer->PanelText(4), "Total Time:");
     EXPECT_EQ(viewer->PanelText(2), "");
-    EXPECT_FALSE(viewer->tbAbort->isVisible());
-    EXPECT_FALSE(viewer->PleaseWait->isVisible());
-    EXPECT_FALSE(viewer->mbOriginalDirty || viewer->mbModifiedDirty);
+    EXPECT_FALSE(tvtest::child<QAction>(viewer, "tbAbort")->isVisible());
+    EXPECT_FALSE(tvtest::child<frmPleaseWait>(viewer, "")->isVisible());
+    EXPECT_FALSE(viewer->EditorDirty(frmCompareFiles::kOriginal) || viewer->EditorDirty(frmCompareFiles::kModified));
     EXPECT_EQ(viewer->windowTitle(), "(1) a.txt vs. b.txt");
 }
 
@@ -176,10 +170,10 @@ TEST_F(RunTest, EqualFilesSayNoDifferences)
     const QString a = textFile("a.txt", {"same", "text"});
     compare(a, a);
     EXPECT_EQ(viewer->PanelText(3), "Compare Completed. No differences detected.");
-    EXPECT_TRUE(viewer->rbShowAll->isChecked());
-    for (QRadioButton* rb : {viewer->rbShowAdditions, viewer->rbShowChanges, viewer->rbShowDeletions})
-        EXPECT_FALSE(rb->isVisibleTo(viewer->frameFilterButtons));
-    EXPECT_EQ(viewer->cmboChangeListing->count(), 0);
+    EXPECT_TRUE(tvtest::child<QRadioButton>(viewer, "rbShowAll")->isChecked());
+    for (QRadioButton* rb : {tvtest::child<QRadioButton>(viewer, "rbShowAdditions"), tvtest::child<QRadioButton>(viewer, "rbShowChanges"), tvtest::child<QRadioButton>(viewer, "rbShowDeletions")})
+        EXPECT_FALSE(rb->isVisibleTo(tvtest::child<QWidget>(viewer, "frameFilterButtons")));
+    EXPECT_EQ(tvtest::child<QComboBox>(viewer, "cmboChangeListing")->count(), 0);
 }
 
 // A run that could not hand the texts to the engine compared nothing: it
@@ -200,7 +194,7 @@ TEST_F(RunTest, AFailedStepSaysWhatFailedAndNeverClaimsEquality)
     EXPECT_FALSE(panel3.contains("Compare Completed. No differences detected."));
     EXPECT_EQ(dialogs.logged, QStringList({failure}));
     EXPECT_TRUE(records().isEmpty());
-    EXPECT_FALSE(viewer->tbAbort->isVisible());
+    EXPECT_FALSE(tvtest::child<QAction>(viewer, "tbAbort")->isVisible());
     EXPECT_EQ(viewer->PanelText(5), "---");
 
     // The next run that can write its files works as before.
@@ -210,31 +204,32 @@ TEST_F(RunTest, AFailedStepSaysWhatFailedAndNeverClaimsEquality)
 
 TEST_F(RunTest, AClickOnTheStatusBarAbortsBetweenRecords)
 {
-    ASSERT_TRUE(compareAndActAt("Document ", [&] { QTest::mouseClick(viewer->sbPanels[2], Qt::LeftButton); }));
+    ASSERT_TRUE(compareAndActAt("Document ", [&] { QTest::mouseClick(tvtest::child<QWidget>(viewer, "sbStatusPanel3"), Qt::LeftButton); }));
     EXPECT_EQ(viewer->PanelText(3), "Compare Aborted");
     // The record in hand when the click came was finished, no further one.
-    EXPECT_EQ(viewer->mlAdditionCount, 1);
-    EXPECT_EQ(viewer->mlChangeCount + viewer->mlDeletionCount, 0);
-    EXPECT_EQ(viewer->SkeinMacroDiff.DifferenceCount(), 3);
-    EXPECT_FALSE(viewer->tbAbort->isVisible());
-    EXPECT_TRUE(viewer->cmdChangeViewFormat->isVisible());
+    EXPECT_EQ(viewer->EditorBox(frmCompareFiles::kAdditions)->Text(), "new line");
+    EXPECT_EQ(viewer->EditorBox(frmCompareFiles::kChanges)->Text() + viewer->EditorBox(frmCompareFiles::kDeletions)->Text(), "");
+    EXPECT_EQ(viewer->Result().count(), 3);
+    EXPECT_FALSE(tvtest::child<QAction>(viewer, "tbAbort")->isVisible());
+    EXPECT_TRUE(tvtest::child<QPushButton>(viewer, "cmdChangeViewFormat")->isVisible());
     // No time for an aborted run, and the editors stay marked for a new one.
     EXPECT_EQ(viewer->PanelText(5), "---");
-    EXPECT_TRUE(viewer->mbOriginalDirty);
+    EXPECT_TRUE(viewer->EditorDirty(frmCompareFiles::kOriginal));
 }
 
 TEST_F(RunTest, EscapeInTheWaitWindowAbortsTheListStage)
 {
     ASSERT_TRUE(compareAndActAt("Updating List Box", [&] {
-        EXPECT_TRUE(viewer->PleaseWait->isVisible());
-        QTest::keyClick(viewer->PleaseWait, Qt::Key_A);
-        EXPECT_FALSE(viewer->mbAbort) << "other keys do nothing";
-        QTest::keyClick(viewer->PleaseWait, Qt::Key_Escape);
+        EXPECT_TRUE(tvtest::child<frmPleaseWait>(viewer, "")->isVisible());
+        QTest::keyClick(tvtest::child<frmPleaseWait>(viewer, ""), Qt::Key_A);
+        EXPECT_FALSE(viewer->AbortRequested()) << "other keys do nothing";
+        QTest::keyClick(tvtest::child<frmPleaseWait>(viewer, ""), Qt::Key_Escape);
     }));
     EXPECT_EQ(viewer->PanelText(3), "Compare Aborted");
     // The render stops at its first check: nothing was counted.
-    EXPECT_EQ(viewer->mlAdditionCount + viewer->mlChangeCount + viewer->mlDeletionCount, 0);
-    EXPECT_FALSE(viewer->PleaseWait->isVisible());
+    for (qint32 filtered : {frmCompareFiles::kAdditions, frmCompareFiles::kChanges, frmCompareFiles::kDeletions})
+        EXPECT_EQ(viewer->EditorBox(filtered)->Text(), "");
+    EXPECT_FALSE(tvtest::child<frmPleaseWait>(viewer, "")->isVisible());
 }
 
 TEST_F(RunTest, TheToolbarAbortGetsThroughWhileOtherInputIsHeldBack)
@@ -242,15 +237,15 @@ TEST_F(RunTest, TheToolbarAbortGetsThroughWhileOtherInputIsHeldBack)
     ASSERT_TRUE(compareAndActAt("Document ", [&] {
         // A click on a button that would open the file picker must not get
         // in during the run.
-        QTest::mouseClick(viewer->cmdBrowseOriginal, Qt::LeftButton);
-        QWidget* abort = viewer->tbMain->widgetForAction(viewer->tbAbort);
+        QTest::mouseClick(tvtest::child<QToolButton>(viewer, "cmdBrowseOriginal"), Qt::LeftButton);
+        QWidget* abort = tvtest::child<QToolBar>(viewer, "tbMain")->widgetForAction(tvtest::child<QAction>(viewer, "tbAbort"));
         ASSERT_NE(abort, nullptr);
         ASSERT_TRUE(abort->isVisible());
         QTest::mouseClick(abort, Qt::LeftButton);
     }));
     EXPECT_EQ(viewer->PanelText(3), "Compare Aborted");
     EXPECT_TRUE(dialogs.filePicks.empty());
-    QTest::mouseClick(viewer->cmdBrowseOriginal, Qt::LeftButton);
+    QTest::mouseClick(tvtest::child<QToolButton>(viewer, "cmdBrowseOriginal"), Qt::LeftButton);
     EXPECT_EQ(dialogs.filePicks.size(), 1u) << "after the run the button works again";
 }
 
@@ -273,23 +268,23 @@ TEST_F(RunTest, ARequestDuringARunWaitsAndRunsOnceAfterIt)
     EXPECT_EQ(runs, 2);
     EXPECT_EQ(panel3.count("Comparing..."), 2);
     EXPECT_FALSE(viewer->IsBusy());
-    EXPECT_EQ(viewer->rtbOriginalDiffFinal->Text(), kOriginal.join("\n"));
+    EXPECT_EQ(viewer->EditorBox(frmCompareFiles::kOriginalDiffFinal)->Text(), kOriginal.join("\n"));
 }
 
 TEST_F(RunTest, ARefreshWithoutChangesRendersTheSameAgain)
 {
     comparePair();
-    const auto before = viewer->rtbModifiedDiffFinal->formatAt(viewer->rtbModifiedDiffFinal->Text().indexOf("red"));
+    const auto before = viewer->EditorBox(frmCompareFiles::kModifiedDiffFinal)->formatAt(viewer->EditorBox(frmCompareFiles::kModifiedDiffFinal)->Text().indexOf("red"));
     viewer->RefreshDisplay(false, true);
     EXPECT_EQ(records(), kRecords);
-    EXPECT_EQ(viewer->rtbModifiedDiffFinal->formatAt(viewer->rtbModifiedDiffFinal->Text().indexOf("red")), before);
-    EXPECT_EQ(viewer->rtbChanges->Text(), "the quick brown fox\nthe quick red fox\n");
+    EXPECT_EQ(viewer->EditorBox(frmCompareFiles::kModifiedDiffFinal)->formatAt(viewer->EditorBox(frmCompareFiles::kModifiedDiffFinal)->Text().indexOf("red")), before);
+    EXPECT_EQ(viewer->EditorBox(frmCompareFiles::kChanges)->Text(), "the quick brown fox\nthe quick red fox\n");
 
     // An edit makes the view stale; the next run sees the edit.
-    QTextCursor c(viewer->rtbOriginal->document());
+    QTextCursor c(viewer->EditorBox(frmCompareFiles::kOriginal)->document());
     c.movePosition(QTextCursor::End);
     c.insertText("\nextra");
-    EXPECT_TRUE(viewer->mbOriginalDirty);
+    EXPECT_TRUE(viewer->EditorDirty(frmCompareFiles::kOriginal));
     EXPECT_EQ(viewer->PanelText(2), "Diff View not fresh");
     viewer->RefreshDisplay(false, true);
     EXPECT_EQ(records().size(), 3);
@@ -300,14 +295,14 @@ TEST_F(RunTest, AFailedReloadStopsTheRequest)
 {
     const QString a = textFile("a.txt", {"one"});
     compare(a, a);
-    viewer->cbSelectModified->setEditText(dir.qpath() + "/missing.txt");
+    tvtest::child<QComboBox>(viewer, "cbSelectModified")->setEditText(dir.qpath() + "/missing.txt");
     panel3.clear();
     viewer->RefreshDisplay(true, true);
     ASSERT_FALSE(dialogs.boxes.isEmpty());
     EXPECT_EQ(dialogs.boxes.last(), "Error | File does not exist:\n\n" + dir.qpath() + "/missing.txt");
     EXPECT_FALSE(panel3.contains("Comparing..."));
-    EXPECT_FALSE(viewer->frameFilterButtons->isVisible());
-    EXPECT_FALSE(viewer->PleaseWait->isVisible());
+    EXPECT_FALSE(tvtest::child<QWidget>(viewer, "frameFilterButtons")->isVisible());
+    EXPECT_FALSE(tvtest::child<frmPleaseWait>(viewer, "")->isVisible());
 }
 
 TEST_F(RunTest, TheViewSwitchRendersAStaleViewOnlyOnce)
@@ -316,56 +311,55 @@ TEST_F(RunTest, TheViewSwitchRendersAStaleViewOnlyOnce)
     QObject::connect(viewer.get(), &frmCompareFiles::runFinished, viewer.get(), [&] { ++runs; });
     comparePair();
     EXPECT_EQ(runs, 1);
-    EXPECT_EQ(viewer->cmdChangeViewFormat->text(), frmCompareFiles::kViewAllInOne);
+    EXPECT_EQ(tvtest::child<QPushButton>(viewer, "cmdChangeViewFormat")->text(), frmCompareFiles::kViewAllInOne);
 
     viewer->cmdChangeViewFormat_Click();
     EXPECT_EQ(runs, 2) << "the all-in-one view had never been rendered";
-    EXPECT_EQ(viewer->cmdChangeViewFormat->text(), frmCompareFiles::kViewSideBySide);
-    EXPECT_TRUE(viewer->rtbAIODiff->view()->isVisible());
-    EXPECT_FALSE(viewer->rtbOriginalDiffFinal->view()->isVisible());
+    EXPECT_EQ(tvtest::child<QPushButton>(viewer, "cmdChangeViewFormat")->text(), frmCompareFiles::kViewSideBySide);
+    EXPECT_TRUE(viewer->EditorBox(frmCompareFiles::kAIODiff)->view()->isVisible());
+    EXPECT_FALSE(viewer->EditorBox(frmCompareFiles::kOriginalDiffFinal)->view()->isVisible());
 
     viewer->cmdChangeViewFormat_Click();
     EXPECT_EQ(runs, 2) << "the side-by-side view was still fresh";
-    EXPECT_TRUE(viewer->rtbOriginalDiffFinal->view()->isVisible());
+    EXPECT_TRUE(viewer->EditorBox(frmCompareFiles::kOriginalDiffFinal)->view()->isVisible());
     viewer->cmdChangeViewFormat_Click();
     EXPECT_EQ(runs, 2);
 }
 
 TEST_F(RunTest, AllInOneMergesTheTwoDocuments)
 {
-    viewer->cmdChangeViewFormat->setText(frmCompareFiles::kViewSideBySide);
+    tvtest::child<QPushButton>(viewer, "cmdChangeViewFormat")->setText(frmCompareFiles::kViewSideBySide);
     comparePair();
-    RichTextBox* aio = viewer->rtbAIODiff;
+    RichTextBox* aio = viewer->EditorBox(frmCompareFiles::kAIODiff);
     // Deleted text stays, added text is inserted with its line break, and a
     // changed word reads old then new.
     EXPECT_EQ(aio->Text(), "alpha\nthe quick brown red  fox\nmiddle\ngone line\nomega\nnew line");
     EXPECT_TRUE(aio->formatAt(at(aio, "brown")).strike);
     EXPECT_TRUE(aio->formatAt(at(aio, "red")).underline);
-    EXPECT_EQ(viewer->rtbChanges->Text(), "the quick brown red  fox\n");
+    EXPECT_EQ(viewer->EditorBox(frmCompareFiles::kChanges)->Text(), "the quick brown red  fox\n");
     // The added text lies in the seam behind the last paragraph.
-    viewer->mlCurrentDifference = 3;
-    viewer->ShowCurrentDifference(true);
+    viewer->ShowDifference(3);
     EXPECT_EQ(aio->SelText(), "n") << "one character is selected unless the option asks for all";
-    viewer->moFileOptions.bSelectTextInDiffViewer = true;
+    viewer->Options().bSelectTextInDiffViewer = true;
     viewer->ShowCurrentDifference(true);
     EXPECT_EQ(aio->SelText(), "new line");
 }
 
 TEST_F(RunTest, OneTimeQuestionsAreAskedOnceAndActOnYes)
 {
-    viewer->cbSelectOriginal->setEditText(dir.qpath() + "/report.doc");
-    viewer->cbSelectModified->setEditText(dir.qpath() + "/report2.doc");
+    tvtest::child<QComboBox>(viewer, "cbSelectOriginal")->setEditText(dir.qpath() + "/report.doc");
+    tvtest::child<QComboBox>(viewer, "cbSelectModified")->setEditText(dir.qpath() + "/report2.doc");
     dialogs.answers = {MsgAnswer::Yes};
     viewer->RefreshDisplay(true, true);
     ASSERT_GE(dialogs.boxes.size(), 3);
     EXPECT_TRUE(dialogs.boxes[0].startsWith("Compare | For extremely large MS Word files"));
     EXPECT_EQ(dialogs.boxes[1], "Compare Options Updated | Your view options have been updated");
-    EXPECT_TRUE(viewer->cbRemoveFormatting->isChecked());
-    EXPECT_TRUE(viewer->moFileOptions.bRemoveFormatting.Data());
-    EXPECT_TRUE(viewer->bWarnedAboutLargeWordDocAlready);
+    EXPECT_TRUE(tvtest::child<QCheckBox>(viewer, "cbRemoveFormatting")->isChecked());
+    EXPECT_TRUE(viewer->Options().bRemoveFormatting.Data());
+    EXPECT_TRUE(viewer->WarnedAboutLargeWordDoc());
 
     dialogs.boxes.clear();
-    viewer->cbRemoveFormatting->setChecked(false);
+    tvtest::child<QCheckBox>(viewer, "cbRemoveFormatting")->setChecked(false);
     viewer->RefreshDisplay(true, true);
     for (const QString& box : dialogs.boxes)
         EXPECT_FALSE(box.startsWith("Compare | For extremely")) << "asked a second time";
@@ -377,28 +371,28 @@ TEST_F(RunTest, OneTimeQuestionsAreAskedOnceAndActOnYes)
 
 TEST_F(RunTest, SpreadsheetQuestionTurnsWordWrapOff)
 {
-    viewer->cbSelectOriginal->setEditText(dir.qpath() + "/book.xls");
-    viewer->cbSelectModified->setEditText(dir.qpath() + "/other.txt");
+    tvtest::child<QComboBox>(viewer, "cbSelectOriginal")->setEditText(dir.qpath() + "/book.xls");
+    tvtest::child<QComboBox>(viewer, "cbSelectModified")->setEditText(dir.qpath() + "/other.txt");
     dialogs.answers = {MsgAnswer::Yes};
     viewer->RefreshDisplay(true, true);
     ASSERT_FALSE(dialogs.boxes.isEmpty());
     EXPECT_EQ(dialogs.boxes[0], "Compare | When comparing XLS, it is best to turn the 'Word Wrap' view option "
                                 "off.  Turn of 'Word Wrap'?");
-    EXPECT_FALSE(viewer->mnuWordWrap->isChecked());
-    for (RichTextBox* box : {viewer->rtbOriginal, viewer->rtbModified, viewer->rtbOriginalDiffFinal,
-                             viewer->rtbModifiedDiffFinal, viewer->rtbAIODiff})
+    EXPECT_FALSE(tvtest::child<QAction>(viewer, "mnuWordWrap")->isChecked());
+    for (RichTextBox* box : {viewer->EditorBox(frmCompareFiles::kOriginal), viewer->EditorBox(frmCompareFiles::kModified), viewer->EditorBox(frmCompareFiles::kOriginalDiffFinal),
+                             viewer->EditorBox(frmCompareFiles::kModifiedDiffFinal), viewer->EditorBox(frmCompareFiles::kAIODiff)})
         EXPECT_EQ(box->RightMargin(), 1000000) << box->objectName().toStdString();
 }
 
 TEST_F(RunTest, HtmlQuestionAnsweredNoChangesNothingButIsNotAskedAgain)
 {
-    viewer->cbSelectOriginal->setEditText(dir.qpath() + "/page.html");
-    viewer->cbSelectModified->setEditText(dir.qpath() + "/page2.html");
+    tvtest::child<QComboBox>(viewer, "cbSelectOriginal")->setEditText(dir.qpath() + "/page.html");
+    tvtest::child<QComboBox>(viewer, "cbSelectModified")->setEditText(dir.qpath() + "/page2.html");
     viewer->RefreshDisplay(true, true);
     ASSERT_FALSE(dialogs.boxes.isEmpty());
     EXPECT_TRUE(dialogs.boxes[0].startsWith("Compare | When comparing HTML"));
-    EXPECT_FALSE(viewer->moFileOptions.bRemoveFormatting.Data());
-    EXPECT_TRUE(viewer->bWarnedAboutHTMLAlready);
+    EXPECT_FALSE(viewer->Options().bRemoveFormatting.Data());
+    EXPECT_TRUE(viewer->WarnedAboutHTML());
 }
 
 } // namespace
