@@ -20,10 +20,10 @@ protected:
     void SetUp() override
     {
         ViewerTest::SetUp();
-        tvtest::child<QPushButton>(viewer, "cmdChangeViewFormat")->setText(frmCompareFiles::kViewSideBySide);
+        viewer->SetViewMode(frmCompareFiles::ViewMode::AllInOne);
         viewer->Options().bSelectTextInDiffViewer = true;
     }
-    RichTextBox* aio() const { return viewer->EditorBox(frmCompareFiles::kAIODiff); }
+    RichTextBox* aio() const { return box(frmCompareFiles::kAIODiff); }
     QString paragraph(qint32 n)
     {
         viewer->EditorDocument(frmCompareFiles::kAIODiff)->SelectParagraphs(n, n, false);
@@ -61,7 +61,7 @@ TEST_F(AllInOneTest, AChangeInTheLastParagraphKeepsEveryCharacter)
     EXPECT_TRUE(aio()->formatAt(at("here")).underline);
     EXPECT_FALSE(aio()->formatAt(at("end")).strike);
     EXPECT_EQ(paragraph(2), "the end is near here");
-    EXPECT_EQ(viewer->EditorBox(frmCompareFiles::kChanges)->Text(), "the end is near here\n");
+    EXPECT_EQ(box(frmCompareFiles::kChanges)->Text(), "the end is near here\n");
 }
 
 TEST_F(AllInOneTest, AChangeWithoutWordDifferencesKeepsItsOwnText)

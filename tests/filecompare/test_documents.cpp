@@ -49,20 +49,20 @@ TEST_F(DocumentTest, LettersOfEachWordProcessorFormatShowTheirThreeEdits)
         // The changed paragraph and the deleted one behind it make one
         // change; then the added paragraph.
         EXPECT_EQ(records(), QStringList({"c 6 7 6 6", "a 9 9 9 9"})) << ext;
-        EXPECT_TRUE(viewer->EditorBox(frmCompareFiles::kOriginal)->Text().contains("Dear Ms Whitfield,")) << ext;
-        EXPECT_TRUE(viewer->EditorBox(frmCompareFiles::kModified)->Text().contains("In addition, the fire alarm test")) << ext;
-        EXPECT_FALSE(viewer->EditorBox(frmCompareFiles::kOriginal)->Text().contains("<p")) << ext << ": text, not markup";
+        EXPECT_TRUE(box(frmCompareFiles::kOriginal)->Text().contains("Dear Ms Whitfield,")) << ext;
+        EXPECT_TRUE(box(frmCompareFiles::kModified)->Text().contains("In addition, the fire alarm test")) << ext;
+        EXPECT_FALSE(box(frmCompareFiles::kOriginal)->Text().contains("<p")) << ext << ": text, not markup";
     }
 }
 
 TEST_F(DocumentTest, PdfLettersCompareByTheirText)
 {
     compareData("letter-original.pdf", "letter-modified.pdf");
-    EXPECT_TRUE(viewer->EditorBox(frmCompareFiles::kOriginal)->Text().contains("Enclosure: visit schedule"));
+    EXPECT_TRUE(box(frmCompareFiles::kOriginal)->Text().contains("Enclosure: visit schedule"));
     // Lines as laid out on the page: the re-wrapped and deleted paragraphs
     // in one change, the new one as an addition.
     EXPECT_EQ(kinds(), "ca") << records().join(", ").toStdString();
-    EXPECT_TRUE(viewer->EditorBox(frmCompareFiles::kModified)->Text().contains("In addition, the fire alarm"));
+    EXPECT_TRUE(box(frmCompareFiles::kModified)->Text().contains("In addition, the fire alarm"));
 }
 
 TEST_F(DocumentTest, ALockedPdfIsOpenedWithThePasswordGivenOnce)
@@ -83,9 +83,10 @@ TEST_F(DocumentTest, SheetListsAndFormulasComeFromTheOptions)
     viewer->Options().sExcelSheetNumberSource = "2";
     viewer->Options().bExcelCompareFormulas = true;
     compareData("book-original.xlsx", "book-modified.xlsx");
-    EXPECT_TRUE(viewer->EditorBox(frmCompareFiles::kOriginal)->Text().contains("=SUM(")) << viewer->EditorBox(frmCompareFiles::kOriginal)->Text().toStdString();
-    EXPECT_FALSE(viewer->EditorBox(frmCompareFiles::kOriginal)->Text().contains("Northwind"));
-    EXPECT_TRUE(viewer->EditorBox(frmCompareFiles::kModified)->Text().contains("Final"));
+    const QString original = box(frmCompareFiles::kOriginal)->Text();
+    EXPECT_TRUE(original.contains("=SUM(")) << original.toStdString();
+    EXPECT_FALSE(box(frmCompareFiles::kOriginal)->Text().contains("Northwind"));
+    EXPECT_TRUE(box(frmCompareFiles::kModified)->Text().contains("Final"));
     EXPECT_FALSE(records().isEmpty());
 }
 
@@ -94,29 +95,29 @@ TEST_F(DocumentTest, PlainTextIsShownInAFixedPitchFontAndRichTextKeepsItsOwn)
     const QString fixed = QFontDatabase::systemFont(QFontDatabase::FixedFont).family();
     auto shownFont = [](RichTextBox* box) { return box->view()->document()->defaultFont().family(); };
     compareData("book-original.xlsx", "book-modified.xlsx");
-    EXPECT_EQ(shownFont(viewer->EditorBox(frmCompareFiles::kOriginal)), fixed);
-    EXPECT_EQ(shownFont(viewer->EditorBox(frmCompareFiles::kModifiedDiffFinal)), fixed) << "the panes take the editors' look";
+    EXPECT_EQ(shownFont(box(frmCompareFiles::kOriginal)), fixed);
+    EXPECT_EQ(shownFont(box(frmCompareFiles::kModifiedDiffFinal)), fixed) << "the panes take the editors' look";
     viewer->cmdChangeViewFormat_Click();
-    EXPECT_EQ(shownFont(viewer->EditorBox(frmCompareFiles::kAIODiff)), fixed);
+    EXPECT_EQ(shownFont(box(frmCompareFiles::kAIODiff)), fixed);
     viewer->cmdChangeViewFormat_Click();
     compareData("letter-original.docx", "letter-modified.docx");
-    EXPECT_NE(shownFont(viewer->EditorBox(frmCompareFiles::kOriginal)), fixed);
-    EXPECT_NE(shownFont(viewer->EditorBox(frmCompareFiles::kOriginalDiffFinal)), fixed);
+    EXPECT_NE(shownFont(box(frmCompareFiles::kOriginal)), fixed);
+    EXPECT_NE(shownFont(box(frmCompareFiles::kOriginalDiffFinal)), fixed);
 }
 
 TEST_F(DocumentTest, AReloadBuildsBothEditorsAndTheyStillReportEdits)
 {
     const QString a = textFile("a.txt", {"one", "two", "three"});
     const QString b = textFile("b.txt", {"one", "2", "three"});
-    tvtest::child<QComboBox>(viewer, "cbSelectOriginal")->setEditText(a);
-    tvtest::child<QComboBox>(viewer, "cbSelectModified")->setEditText(b);
+    ui<QComboBox>("cbSelectOriginal")->setEditText(a);
+    ui<QComboBox>("cbSelectModified")->setEditText(b);
     viewer->RefreshDisplay(true, true);
-    EXPECT_EQ(viewer->EditorBox(frmCompareFiles::kOriginal)->Text(), "one\ntwo\nthree");
-    EXPECT_EQ(viewer->EditorBox(frmCompareFiles::kModified)->Text(), "one\n2\nthree");
+    EXPECT_EQ(box(frmCompareFiles::kOriginal)->Text(), "one\ntwo\nthree");
+    EXPECT_EQ(box(frmCompareFiles::kModified)->Text(), "one\n2\nthree");
     EXPECT_EQ(records(), QStringList({"c 2 2 2 2"}));
     EXPECT_FALSE(viewer->EditorDirty(frmCompareFiles::kOriginal) || viewer->EditorDirty(frmCompareFiles::kModified));
     // The editors hold documents built elsewhere; typing still marks them.
-    QTextCursor c(viewer->EditorBox(frmCompareFiles::kModified)->document());
+    QTextCursor c(box(frmCompareFiles::kModified)->document());
     c.movePosition(QTextCursor::End);
     c.insertText(" more");
     EXPECT_TRUE(viewer->EditorDirty(frmCompareFiles::kModified));
@@ -127,11 +128,11 @@ TEST_F(DocumentTest, AReloadBuildsBothEditorsAndTheyStillReportEdits)
 
     // A reload whose Original is missing keeps the Modified it loaded.
     const QString c2 = textFile("c.txt", {"new modified"});
-    tvtest::child<QComboBox>(viewer, "cbSelectModified")->setEditText(c2);
-    tvtest::child<QComboBox>(viewer, "cbSelectOriginal")->setEditText(dir.qpath() + "/missing.txt");
+    ui<QComboBox>("cbSelectModified")->setEditText(c2);
+    ui<QComboBox>("cbSelectOriginal")->setEditText(dir.qpath() + "/missing.txt");
     viewer->RefreshDisplay(true, true);
-    EXPECT_EQ(viewer->EditorBox(frmCompareFiles::kModified)->Text(), "new modified");
-    EXPECT_EQ(viewer->EditorBox(frmCompareFiles::kOriginal)->Text(), "one\ntwo\nthree");
+    EXPECT_EQ(box(frmCompareFiles::kModified)->Text(), "new modified");
+    EXPECT_EQ(box(frmCompareFiles::kOriginal)->Text(), "one\ntwo\nthree");
 }
 
 } // namespace

@@ -20,68 +20,68 @@ namespace {
 
 TEST_F(ViewerTest, ANewViewerShowsTheGuide)
 {
-    EXPECT_TRUE(viewer->EditorBox(frmCompareFiles::kAIODiff)->Text().startsWith("How to use Tallyvane"));
-    EXPECT_TRUE(viewer->EditorBox(frmCompareFiles::kAIODiff)->view()->isVisible());
-    EXPECT_EQ(tvtest::child<QTabWidget>(viewer, "ts")->count(), 3);
-    EXPECT_EQ(tvtest::child<QTabWidget>(viewer, "ts")->tabText(0), "Compare Files");
-    EXPECT_EQ(tvtest::child<QTabWidget>(viewer, "ts")->tabText(1), "Compare Options");
-    EXPECT_EQ(tvtest::child<QTabWidget>(viewer, "ts")->tabText(2), "Report Options");
+    EXPECT_TRUE(box(frmCompareFiles::kAIODiff)->Text().startsWith("How to use Tallyvane"));
+    EXPECT_TRUE(box(frmCompareFiles::kAIODiff)->view()->isVisible());
+    EXPECT_EQ(ui<QTabWidget>("ts")->count(), 3);
+    EXPECT_EQ(ui<QTabWidget>("ts")->tabText(0), "Compare Files");
+    EXPECT_EQ(ui<QTabWidget>("ts")->tabText(1), "Compare Options");
+    EXPECT_EQ(ui<QTabWidget>("ts")->tabText(2), "Report Options");
     EXPECT_EQ(viewer->PanelText(3), "Load the Original and Modified files, then press F5 to compare.");
     EXPECT_EQ(viewer->windowTitle(), "(1) Compare Files");
-    EXPECT_FALSE(tvtest::child<QAction>(viewer, "tbAbort")->isVisible());
+    EXPECT_FALSE(ui<QAction>("tbAbort")->isVisible());
 }
 
 TEST_F(ViewerTest, TheHorizontalDividerStopsAtTheFileRow)
 {
-    const int H = tvtest::child<QWidget>(viewer, "frameCF")->height();
+    const int H = ui<QWidget>("frameCF")->height();
     ASSERT_GT(H, 300);
-    EXPECT_EQ(tvtest::child<QWidget>(viewer, "lblDividerH")->y(), int(H * 0.35));
-    const int filesBottom = tvtest::child<QToolButton>(viewer, "cmdBrowseOriginal")->geometry().bottom() + 1;
+    EXPECT_EQ(ui<QWidget>("lblDividerH")->y(), int(H * 0.35));
+    const int filesBottom = ui<QToolButton>("cmdBrowseOriginal")->geometry().bottom() + 1;
     viewer->SetTopEditorRatio(0.01);
     viewer->Form_Resize();
-    EXPECT_EQ(tvtest::child<QWidget>(viewer, "lblDividerH")->y(), filesBottom);
-    EXPECT_FALSE(viewer->EditorBox(frmCompareFiles::kOriginal)->view()->isVisible());
+    EXPECT_EQ(ui<QWidget>("lblDividerH")->y(), filesBottom);
+    EXPECT_FALSE(box(frmCompareFiles::kOriginal)->view()->isVisible());
     // The diff panes always lie under the line and reach the bottom.
-    const QRect pane = viewer->EditorBox(frmCompareFiles::kOriginalDiffFinal)->view()->geometry();
-    EXPECT_GT(pane.top(), tvtest::child<QWidget>(viewer, "lblDividerH")->y());
+    const QRect pane = box(frmCompareFiles::kOriginalDiffFinal)->view()->geometry();
+    EXPECT_GT(pane.top(), ui<QWidget>("lblDividerH")->y());
     EXPECT_GT(pane.bottom(), H - 10);
-    EXPECT_EQ(viewer->EditorBox(frmCompareFiles::kAIODiff)->view()->geometry(), viewer->EditorBox(frmCompareFiles::kChanges)->view()->geometry());
+    EXPECT_EQ(box(frmCompareFiles::kAIODiff)->view()->geometry(), box(frmCompareFiles::kChanges)->view()->geometry());
 }
 
 TEST_F(ViewerTest, HideShowEditorsTogglesTheRatio)
 {
-    const double r = double(tvtest::child<QWidget>(viewer, "lblDividerV")->y()) / tvtest::child<QWidget>(viewer, "frameCF")->height();
+    const double r = double(ui<QWidget>("lblDividerV")->y()) / ui<QWidget>("frameCF")->height();
     viewer->mnuHideShowOriginalAndModified_Click();
     EXPECT_DOUBLE_EQ(viewer->TopEditorRatio(), r);
-    EXPECT_FALSE(viewer->EditorBox(frmCompareFiles::kOriginal)->view()->isVisible());
+    EXPECT_FALSE(box(frmCompareFiles::kOriginal)->view()->isVisible());
     viewer->mnuHideShowOriginalAndModified_Click();
     EXPECT_DOUBLE_EQ(viewer->TopEditorRatio(), 0.25);
-    EXPECT_TRUE(viewer->EditorBox(frmCompareFiles::kOriginal)->view()->isVisible());
+    EXPECT_TRUE(box(frmCompareFiles::kOriginal)->view()->isVisible());
 }
 
 TEST_F(ViewerTest, DividerDropsSetTheRatiosByWhereTheyLand)
 {
-    const double H = tvtest::child<QWidget>(viewer, "frameCF")->height();
-    const double W = tvtest::child<QWidget>(viewer, "frameCF")->width();
-    QTextEdit* lowerRight = viewer->EditorBox(frmCompareFiles::kModifiedDiffFinal)->view();
-    viewer->DividerDropped(tvtest::child<QWidget>(viewer, "lblDividerH"), lowerRight, QPoint(10, 20));
+    const double H = ui<QWidget>("frameCF")->height();
+    const double W = ui<QWidget>("frameCF")->width();
+    QTextEdit* lowerRight = box(frmCompareFiles::kModifiedDiffFinal)->view();
+    viewer->DividerDropped(ui<QWidget>("lblDividerH"), lowerRight, QPoint(10, 20));
     EXPECT_DOUBLE_EQ(viewer->TopEditorRatio(), (lowerRight->y() + 20) / H);
 
-    QTextEdit* upperRight = viewer->EditorBox(frmCompareFiles::kModified)->view();
-    viewer->DividerDropped(tvtest::child<QWidget>(viewer, "lblDividerV"), upperRight, QPoint(30, 5));
+    QTextEdit* upperRight = box(frmCompareFiles::kModified)->view();
+    viewer->DividerDropped(ui<QWidget>("lblDividerV"), upperRight, QPoint(30, 5));
     EXPECT_DOUBLE_EQ(viewer->LeftEditorRatio(), (upperRight->x() + 30 + 3) / W);
-    viewer->DividerDropped(tvtest::child<QWidget>(viewer, "lblDividerV"), viewer->EditorBox(frmCompareFiles::kOriginal)->view(), QPoint(200, 5));
+    viewer->DividerDropped(ui<QWidget>("lblDividerV"), box(frmCompareFiles::kOriginal)->view(), QPoint(200, 5));
     EXPECT_DOUBLE_EQ(viewer->LeftEditorRatio(), 200 / W);
 
     // A drop on anything else leaves both alone.
     const double top = viewer->TopEditorRatio(), left = viewer->LeftEditorRatio();
-    viewer->DividerDropped(tvtest::child<QWidget>(viewer, "lblDividerH"), tvtest::child<QComboBox>(viewer, "cmboChangeListing"), QPoint(5, 5));
-    viewer->DividerDropped(tvtest::child<QWidget>(viewer, "lblDividerV"), tvtest::child<QStatusBar>(viewer, "sbStatus"), QPoint(5, 5));
+    viewer->DividerDropped(ui<QWidget>("lblDividerH"), ui<QComboBox>("cmboChangeListing"), QPoint(5, 5));
+    viewer->DividerDropped(ui<QWidget>("lblDividerV"), ui<QStatusBar>("sbStatus"), QPoint(5, 5));
     EXPECT_EQ(viewer->TopEditorRatio(), top);
     EXPECT_EQ(viewer->LeftEditorRatio(), left);
 
     viewer->Form_Resize();
-    EXPECT_EQ(tvtest::child<QWidget>(viewer, "lblDividerV")->x(), int(W * left));
+    EXPECT_EQ(ui<QWidget>("lblDividerV")->x(), int(W * left));
 }
 
 TEST_F(ViewerTest, TheSplitIsKeptInTheViewersSection)
@@ -101,7 +101,7 @@ TEST_F(ViewerTest, TheOptionsPageWritesItsOptionsAndMarksTheViewStale)
 {
     compare(textFile("a.txt", {"a"}), textFile("b.txt", {"b"}));
     ASSERT_FALSE(viewer->EditorDirty(frmCompareFiles::kOriginal) || viewer->EditorDirty(frmCompareFiles::kModified));
-    tvtest::child<QCheckBox>(viewer, "cbIgnoreCase")->setChecked(true);
+    ui<QCheckBox>("cbIgnoreCase")->setChecked(true);
     EXPECT_TRUE(viewer->Options().bIgnoreCase.Data());
     EXPECT_TRUE(viewer->EditorDirty(frmCompareFiles::kOriginal) && viewer->EditorDirty(frmCompareFiles::kModified));
     EXPECT_EQ(viewer->PanelText(2), "Diff View not fresh");
@@ -110,7 +110,7 @@ TEST_F(ViewerTest, TheOptionsPageWritesItsOptionsAndMarksTheViewStale)
     viewer->SetPanelText(2, "");
     viewer->Options().bIgnoreWhitespace = true;
     viewer->RefreshCompareOptionsGUI();
-    EXPECT_TRUE(tvtest::child<QCheckBox>(viewer, "cbIgnoreWhiteSpace")->isChecked());
+    EXPECT_TRUE(ui<QCheckBox>("cbIgnoreWhiteSpace")->isChecked());
     EXPECT_EQ(viewer->PanelText(2), "");
 }
 

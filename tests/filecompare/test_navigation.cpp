@@ -40,8 +40,8 @@ protected:
     QStringList rows() const
     {
         QStringList out;
-        for (int i = 0; i < tvtest::child<QComboBox>(viewer, "cmboChangeListing")->count(); ++i)
-            out << tvtest::child<QComboBox>(viewer, "cmboChangeListing")->itemText(i);
+        for (int i = 0; i < ui<QComboBox>("cmboChangeListing")->count(); ++i)
+            out << ui<QComboBox>("cmboChangeListing")->itemText(i);
         return out;
     }
 
@@ -49,9 +49,9 @@ protected:
     QString buttons() const
     {
         QString s;
-        for (QAction* a : {tvtest::child<QAction>(viewer, "tbShowDifferenceUnknown"), tvtest::child<QAction>(viewer, "tbShowDifferenceFirst"),
-                           tvtest::child<QAction>(viewer, "tbShowDifferencePrevious"), tvtest::child<QAction>(viewer, "tbShowDifferenceNext"),
-                           tvtest::child<QAction>(viewer, "tbShowDifferenceLast")})
+        for (QAction* a : {ui<QAction>("tbShowDifferenceUnknown"), ui<QAction>("tbShowDifferenceFirst"),
+                           ui<QAction>("tbShowDifferencePrevious"), ui<QAction>("tbShowDifferenceNext"),
+                           ui<QAction>("tbShowDifferenceLast")})
             s += a->isEnabled() ? QLatin1Char('1') : QLatin1Char('0');
         return s;
     }
@@ -101,14 +101,14 @@ TEST_F(NavigationTest, MovesClampAtBothEndsAndTheButtonsFollow)
     // After the run the first difference is current.
     EXPECT_EQ(viewer->CurrentDifference(), 1);
     EXPECT_EQ(buttons(), "10011");
-    EXPECT_EQ(tvtest::child<QComboBox>(viewer, "cmboChangeListing")->currentIndex(), 0);
+    EXPECT_EQ(ui<QComboBox>("cmboChangeListing")->currentIndex(), 0);
 
     viewer->tbShowDifferencePrevious_Click();
     EXPECT_EQ(viewer->CurrentDifference(), 1) << "0 is moved back to 1";
     viewer->tbShowDifferenceNext_Click();
     EXPECT_EQ(viewer->CurrentDifference(), 2);
     EXPECT_EQ(buttons(), "11111");
-    EXPECT_EQ(tvtest::child<QComboBox>(viewer, "cmboChangeListing")->currentIndex(), 1);
+    EXPECT_EQ(ui<QComboBox>("cmboChangeListing")->currentIndex(), 1);
     EXPECT_EQ(viewer->PanelText(3), "[2] Deletion of 2 lines at paragraph: 2");
 
     viewer->tbShowDifferenceLast_Click();
@@ -125,8 +125,8 @@ TEST_F(NavigationTest, MovesClampAtBothEndsAndTheButtonsFollow)
     EXPECT_EQ(viewer->PanelText(3), "[4] Addition of 2 lines at paragraph: 7");
 
     // A pick in the list moves without refilling it.
-    tvtest::child<QComboBox>(viewer, "cmboChangeListing")->setCurrentIndex(2);
-    emit tvtest::child<QComboBox>(viewer, "cmboChangeListing")->activated(2);
+    ui<QComboBox>("cmboChangeListing")->setCurrentIndex(2);
+    emit ui<QComboBox>("cmboChangeListing")->activated(2);
     EXPECT_EQ(viewer->CurrentDifference(), 3);
     EXPECT_EQ(viewer->PanelText(3), "[3] Change at paragraph: 5");
 }
@@ -147,14 +147,15 @@ TEST_F(NavigationTest, OneDifferenceLeavesOnlyTheFirstButtonAndNoneLeavesNothing
 
 TEST_F(NavigationTest, AllInOneSelectsAnAdditionAtTheTopFromTheStart)
 {
-    tvtest::child<QPushButton>(viewer, "cmdChangeViewFormat")->setText(frmCompareFiles::kViewSideBySide);
+    viewer->SetViewMode(frmCompareFiles::ViewMode::AllInOne);
     viewer->Options().bSelectTextInDiffViewer = true;
     compareFive();
     viewer->tbShowDifferenceFirst_Click();
-    EXPECT_EQ(viewer->EditorBox(frmCompareFiles::kAIODiff)->SelStart(), 0);
-    EXPECT_TRUE(viewer->EditorBox(frmCompareFiles::kAIODiff)->SelText().startsWith("new top\nkeep 1")) << viewer->EditorBox(frmCompareFiles::kAIODiff)->SelText().toStdString();
+    EXPECT_EQ(box(frmCompareFiles::kAIODiff)->SelStart(), 0);
+    const QString selected = box(frmCompareFiles::kAIODiff)->SelText();
+    EXPECT_TRUE(selected.startsWith("new top\nkeep 1")) << selected.toStdString();
     viewer->tbShowDifferenceNext_Click();
-    EXPECT_EQ(viewer->EditorBox(frmCompareFiles::kAIODiff)->SelText(), "gone a\ngone b\n");
+    EXPECT_EQ(box(frmCompareFiles::kAIODiff)->SelText(), "gone a\ngone b\n");
 }
 
 TEST_F(NavigationTest, GoToMovesOnlyToANumberInTheList)
@@ -167,7 +168,7 @@ TEST_F(NavigationTest, GoToMovesOnlyToANumberInTheList)
     EXPECT_EQ(offered, "2") << "the dialog starts on the current difference";
     EXPECT_TRUE(selectedAll);
     EXPECT_EQ(viewer->CurrentDifference(), 4);
-    EXPECT_EQ(tvtest::child<QComboBox>(viewer, "cmboChangeListing")->currentIndex(), 3);
+    EXPECT_EQ(ui<QComboBox>("cmboChangeListing")->currentIndex(), 3);
 
     for (const QString& text : {QStringLiteral("0"), QStringLiteral("6"), QStringLiteral("-1"),
                                 QStringLiteral("two"), QStringLiteral(""), QStringLiteral("2.5")}) {
@@ -190,8 +191,8 @@ TEST_F(NavigationTest, GoToWithoutDifferencesSaysSoThoughItsButtonIsOff)
     setModalRunner([&](QDialog&) { asked = true; });
     const QString same = textFile("a.txt", {"x"});
     compare(same, same);
-    EXPECT_FALSE(tvtest::child<QAction>(viewer, "tbShowDifferenceUnknown")->isEnabled());
-    tvtest::child<QAction>(viewer, "mnuShowDifferenceSelected")->trigger();
+    EXPECT_FALSE(ui<QAction>("tbShowDifferenceUnknown")->isEnabled());
+    ui<QAction>("mnuShowDifferenceSelected")->trigger();
     EXPECT_EQ(dialogs.boxes, QStringList({"Error | No differences to go to"}));
     EXPECT_FALSE(asked);
 }
@@ -200,11 +201,11 @@ TEST_F(NavigationTest, PanelOneShowsRowAndColumnOfTheActiveEditor)
 {
     compare(textFile("a.txt", {"first line", "second line"}), textFile("b.txt", {"first line", "other"}));
     viewer->SetActiveEditor(frmCompareFiles::kOriginal);
-    viewer->EditorBox(frmCompareFiles::kOriginal)->setSelStart(int(QString("first line\nsec").size()));
+    box(frmCompareFiles::kOriginal)->setSelStart(int(QString("first line\nsec").size()));
     viewer->RefreshStatusBarItems();
     EXPECT_EQ(viewer->PanelText(1), "Row: 2  Column: 4");
     viewer->SetActiveEditor(frmCompareFiles::kModified);
-    viewer->EditorBox(frmCompareFiles::kModified)->setSelStart(0);
+    box(frmCompareFiles::kModified)->setSelStart(0);
     viewer->RefreshStatusBarItems();
     EXPECT_EQ(viewer->PanelText(1), "Row: 1  Column: 1");
 }
@@ -214,10 +215,11 @@ TEST_F(NavigationTest, TheViewSwitchKeepsTheCurrentDifference)
     compareFive();
     viewer->ShowDifference(3);
     viewer->cmdChangeViewFormat_Click();
-    EXPECT_EQ(tvtest::child<QPushButton>(viewer, "cmdChangeViewFormat")->text(), frmCompareFiles::kViewSideBySide);
+    EXPECT_EQ(ui<QPushButton>("cmdChangeViewFormat")->text(), frmCompareFiles::kViewSideBySide);
     EXPECT_EQ(viewer->CurrentDifference(), 3);
     EXPECT_EQ(viewer->PanelText(3), "[3] Change at paragraph: 5");
-    EXPECT_TRUE(viewer->ViewFresh(frmCompareFiles::ViewMode::AllInOne) && viewer->ViewFresh(frmCompareFiles::ViewMode::SideBySide));
+    EXPECT_TRUE(viewer->ViewFresh(frmCompareFiles::ViewMode::AllInOne));
+    EXPECT_TRUE(viewer->ViewFresh(frmCompareFiles::ViewMode::SideBySide));
 }
 
 } // namespace

@@ -57,6 +57,14 @@ protected:
         viewer->RefreshDisplay(false, true);
     }
 
+    // A box of the viewer, and a control by its objectName.
+    RichTextBox* box(qint32 id) const { return viewer->EditorBox(id); }
+    template <class T>
+    T* ui(const char* name) const
+    {
+        return child<T>(viewer, name);
+    }
+
     // The records of the last compare as "c 1 1 1 1".
     QStringList records() const
     {
