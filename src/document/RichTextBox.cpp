@@ -5,6 +5,7 @@
 #include "components/lexiform/RtfReader.h"
 #include "components/lexiform/RtfWriter.h"
 #include "document/ColorRef.h"
+#include "document/LazyTextLayout.h"
 #include "document/RichTextConvert.h"
 
 #include <QAbstractTextDocumentLayout>
@@ -108,6 +109,7 @@ RichTextBox::~RichTextBox()
 QTextEdit* RichTextBox::createView(QWidget* parent)
 {
     auto* edit = new QTextEdit(parent);
+    chooseLayout();
     edit->setDocument(doc_.get());
     edit->setAcceptRichText(true);
     edit->setTextCursor(cursor_);
@@ -552,10 +554,19 @@ void RichTextBox::beginBulkEdit()
     doc_->setDocumentLayout(nullptr);
 }
 
+void RichTextBox::chooseLayout()
+{
+    // A document without a layout gets Qt's own from the view; a long plain
+    // one is laid out only where it is looked at.
+    if (LazyTextLayout::suits(*doc_))
+        doc_->setDocumentLayout(new LazyTextLayout(doc_.get()));
+}
+
 void RichTextBox::endBulkEdit()
 {
     if (!view_ || bulkDepth_ == 0 || --bulkDepth_ > 0)
         return;
+    chooseLayout();
     view_->setDocument(doc_.get());
     standIn_.reset();
     applyMargin();
