@@ -18,6 +18,7 @@
 #include <QTextDocument>
 #include <QTextDocumentFragment>
 #include <QTextEdit>
+#include <QTextFrame>
 #include <QTextLayout>
 
 namespace {
@@ -242,8 +243,32 @@ void RichTextBox::setText(const QString& text)
     replaceDocument([&](QTextCursor&) { doc_->setPlainText(normalisedLineEnds(text)); });
 }
 
+namespace {
+
+// True when nothing in the document carries a format: no character or
+// paragraph format with a property, no list, table or frame. The format
+// collection keeps formats that edits left unused, so this may say no for
+// a document that has become plain, never yes for one that is not.
+bool hasNoFormats(const QTextDocument& doc)
+{
+    if (!doc.rootFrame()->childFrames().isEmpty())
+        return false;
+    const QList<QTextFormat> formats = doc.allFormats();
+    for (const QTextFormat& f : formats) {
+        if (f.isFrameFormat())
+            continue;
+        if (!(f.isCharFormat() || f.isBlockFormat()) || f.propertyCount() != 0)
+            return false;
+    }
+    return true;
+}
+
+} // namespace
+
 RichText RichTextBox::TextRTF() const
 {
+    if (hasNoFormats(*doc_))
+        return RichText::unformatted(Text());
     QTextCursor all(doc_.get());
     placeCursor(all, 0, TextLength());
     return RichText(QTextDocumentFragment(all));
@@ -251,6 +276,10 @@ RichText RichTextBox::TextRTF() const
 
 void RichTextBox::setTextRTF(const RichText& content)
 {
+    if (content.isUnformatted()) {
+        setText(content.toPlainText());
+        return;
+    }
     replaceDocument([&](QTextCursor& c) { content.insertAt(c); });
 }
 

@@ -97,6 +97,29 @@ TEST(RichTextBox, RichContentMovesBetweenBoxesWithItsFormats)
     EXPECT_EQ(joined.TextLength(), 0);
 }
 
+TEST(RichTextBox, PlainContentCarriesNoFormatIntoItsTarget)
+{
+    RichTextBox plain;
+    plain.setText("one\n\ntwo\n");
+    const RichText content = plain.TextRTF();
+    EXPECT_TRUE(content.isUnformatted());
+
+    RichTextBox target;
+    target.setText("bold text");
+    target.SelectAll();
+    target.setSelBold(true);
+    EXPECT_FALSE(target.TextRTF().isUnformatted());
+    // Into the middle of a bold run: the plain text stays plain.
+    target.setSelection(4, 4);
+    target.setSelRTF(content);
+    EXPECT_EQ(target.Text(), QStringLiteral("boldone\n\ntwo\n text"));
+    EXPECT_FALSE(target.formatAt(5).bold);
+    EXPECT_TRUE(target.formatAt(0).bold);
+    target.setTextRTF(content);
+    EXPECT_EQ(target.Text(), plain.Text());
+    EXPECT_FALSE(target.formatAt(0).bold);
+}
+
 TEST(RichTextBox, SaveAndLoadKeepTextFormatsAndBackColours)
 {
     tvtest::TempDir dir;
