@@ -6,6 +6,8 @@
 #include <QTextEdit>
 #include <gtest/gtest.h>
 
+#include <memory>
+
 using lexiform::Rgb;
 
 namespace {
@@ -99,8 +101,12 @@ TEST(RichTextBox, RichContentMovesBetweenBoxesWithItsFormats)
 
 TEST(RichTextBox, PlainContentCarriesNoFormatIntoItsTarget)
 {
+    // Shown, as an editor is: its view adds no format of its own.
     RichTextBox plain;
+    const std::unique_ptr<QTextEdit> view(plain.createView());
+    view->show();
     plain.setText("one\n\ntwo\n");
+    plain.setSelection(1, 5);
     const RichText content = plain.TextRTF();
     EXPECT_TRUE(content.isUnformatted());
 
