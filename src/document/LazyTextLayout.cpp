@@ -91,6 +91,7 @@ void LazyTextLayout::measureAll()
     height_.assign(size_t(n), 0);
     laid_.assign(size_t(n), 0);
     longest_ = 0;
+    widest_ = 0;
     int i = 0;
     for (QTextBlock b = document()->begin(); b.isValid() && i < n; b = b.next(), ++i) {
         longest_ = std::max(longest_, b.length());
@@ -141,7 +142,12 @@ void LazyTextLayout::setHeight(int number, qreal height) const
     total_ += delta;
     for (size_t k = size_t(number) + 1; k < tree_.size(); k += k & (~k + 1))
         tree_[k] += delta;
-    // The scroll bars follow once the drawing that found it is over.
+    announceLater();
+}
+
+void LazyTextLayout::announceLater() const
+{
+    // The scroll bars follow once the drawing that found the change is over.
     if (sizeAnnounced_) {
         sizeAnnounced_ = false;
         QTimer::singleShot(0, this, [this] { announceSize(); });
@@ -193,14 +199,20 @@ qreal LazyTextLayout::place(const QTextBlock& block, int number) const
         tl->setTextOption(option);
         const qreal width = availableWidth();
         qreal h = 0;
+        qreal natural = 0;
         tl->beginLayout();
         for (QTextLine line = tl->createLine(); line.isValid(); line = tl->createLine()) {
             line.setLineWidth(width > 0 ? width : kUnbounded);
             line.setPosition(QPointF(0, h));
             h += lineAdvance(line);
+            natural = std::max(natural, line.naturalTextWidth());
         }
         tl->endLayout();
         laid_[size_t(number)] = 1;
+        if (width <= 0 && natural > widest_) {
+            widest_ = natural;
+            announceLater();
+        }
         setHeight(number, block.isVisible() ? h : 0);
     }
     tl->setPosition(QPointF(margin(), y));
@@ -210,7 +222,7 @@ qreal LazyTextLayout::place(const QTextBlock& block, int number) const
 QSizeF LazyTextLayout::documentSize() const
 {
     const qreal page = document()->pageSize().width();
-    const qreal width = page > 0 ? page : longest_ * charWidth_ + 2 * margin() + cursorWidth_;
+    const qreal width = page > 0 ? page : std::max(longest_ * charWidth_, widest_) + 2 * margin() + cursorWidth_;
     return QSizeF(width, total_ + 2 * margin());
 }
 

@@ -61,6 +61,7 @@ private:
     int blockAt(qreal y) const;
     void setHeight(int number, qreal height) const;
     void announceSize() const;
+    void announceLater() const;
 
     // Heights of the paragraphs, as a Fenwick tree so that a paragraph's
     // top and the paragraph at a height are found in log time.
@@ -72,5 +73,8 @@ private:
     qreal lineHeight_ = 0;
     qreal charWidth_ = 0;
     int longest_ = 0;
+    // The widest paragraph laid out so far: tabs and wide characters can
+    // make a paragraph wider than its length says.
+    mutable qreal widest_ = 0;
     int cursorWidth_ = 1;
 };
