@@ -115,7 +115,7 @@ void LazyTextLayout::documentChanged(int from, int charsRemoved, int charsAdded)
     // again when next drawn, since a new width or font may have come with
     // the change. Only paragraphs on screen ever had lines.
     const QTextBlock first = document()->findBlock(from);
-    const QTextBlock last = document()->findBlock(std::max(0, from + charsAdded - 1));
+    const QTextBlock last = document()->findBlock(from + std::max(charsAdded, 1) - 1);
     for (QTextBlock b = first; b.isValid(); b = b.next()) {
         b.clearLayout();
         if (b == last)
