@@ -9,9 +9,20 @@
 # 1,340,000-line pair with about 1,800 differences, from start to exit.
 #
 #   bench/gui-settle.sh [--build DIR] [--work DIR] [--sizes "10000 100000"] [--no-peers]
+#                       [--baseline DIR] [--no-batch]
 #
-# A process counts as settled once its processor time has not grown for
-# QUIET seconds (default 3); a run that never settles is stopped after
+# --baseline times a second build (an older commit's, say) on the same pairs
+# in the same run, so that a change is measured against what it replaces on
+# an equally loaded machine; the ratios stay ours over the peers'.
+#
+# The processor seconds it used until then are shown too: on a machine that
+# others load, wall time is mostly waiting, and processor time says more.
+#
+# A process counts as settled once its processor time has not grown by more
+# than SLACK ticks (default 2) for QUIET seconds (default 3): a blinking caret
+# wakes an idle program now and then, and over a large document each wake
+# costs a tick often enough to keep a stricter rule from ever calling it idle.
+# A run that never settles is stopped after
 # LIMIT seconds (default 300) and shown as such. Run it at low priority on a
 # shared machine: nice -n 10 bench/gui-settle.sh
 set -euo pipefail
@@ -20,25 +31,32 @@ build="$here/build"
 work="${TMPDIR:-/tmp}/tallyvane-bench/gui"
 sizes="10000 100000 1000000"
 peers=1
+baseline=""
+batch=1
 while [ $# -gt 0 ]; do
   case "$1" in
     --build) build=$2; shift 2 ;;
     --work) work=$2; shift 2 ;;
     --sizes) sizes=$2; shift 2 ;;
     --no-peers) peers=0; shift ;;
-    *) echo "usage: $0 [--build DIR] [--work DIR] [--sizes LIST] [--no-peers]" >&2; exit 2 ;;
+    --baseline) baseline=$2; shift 2 ;;
+    --no-batch) batch=0; shift ;;
+    *) echo "usage: $0 [--build DIR] [--work DIR] [--sizes LIST] [--no-peers] [--baseline DIR] [--no-batch]" >&2; exit 2 ;;
   esac
 done
 [ -x "$build/tallyvane" ] || { echo "build tallyvane first: cmake --build $build --target tallyvane" >&2; exit 2; }
+[ -z "$baseline" ] || [ -x "$baseline/tallyvane" ] || { echo "no tallyvane in $baseline" >&2; exit 2; }
 "$here/scripts/install-deps" --bench
 mkdir -p "$work"
 
-exec python3 - "$build/tallyvane" "$work" "$sizes" "$peers" <<'PY'
+exec python3 - "$build/tallyvane" "$work" "$sizes" "$peers" "${baseline:+$baseline/tallyvane}" "$batch" <<'PY'
 import os, random, shutil, signal, subprocess, sys, tempfile, time
 
 tool, work, sizes, peers = sys.argv[1], sys.argv[2], [int(s) for s in sys.argv[3].split()], sys.argv[4] == "1"
+baseline, batch = sys.argv[5], sys.argv[6] == "1"
 QUIET = float(os.environ.get("QUIET", "3"))
 LIMIT = float(os.environ.get("LIMIT", "300"))
+SLACK = int(os.environ.get("SLACK", "2"))
 TICK = os.sysconf("SC_CLK_TCK")
 
 def source_lines(limit):
@@ -99,7 +117,7 @@ def peak_mib(pid):
     return 0.0
 
 def settle(cmd, env):
-    """Seconds from start to the last processor use, and the peak MiB."""
+    """Seconds from start to the last processor use, processor seconds, and the peak MiB."""
     home = tempfile.mkdtemp(prefix="tv-gui-home.")
     env = dict(env, HOME=home, XDG_CONFIG_HOME=home + "/config", XDG_DATA_HOME=home + "/data",
                XDG_CACHE_HOME=home + "/cache")
@@ -114,7 +132,7 @@ def settle(cmd, env):
         if c is None or p.poll() is not None:
             break
         peak = max(peak, peak_mib(p.pid))
-        if c != last:
+        if c - last > SLACK or last < 0:
             last, last_change = c, now
         elif now - last_change >= QUIET:
             settled = True
@@ -131,7 +149,7 @@ def settle(cmd, env):
             pass
         p.wait()
     shutil.rmtree(home, ignore_errors=True)
-    return (last_change - t0 if settled else None), peak
+    return (last_change - t0 if settled else None), max(last, 0) / TICK, peak
 
 def start_display():
     for n in range(90, 120):
@@ -148,25 +166,33 @@ env = dict(os.environ, DISPLAY=display, QT_QPA_PLATFORM="xcb")
 env.pop("WAYLAND_DISPLAY", None)
 try:
     tools = [("tallyvane", lambda a, b: [tool, a, b])]
+    if baseline:
+        tools += [("baseline", lambda a, b: [baseline, a, b])]
     if peers:
         tools += [("kdiff3", lambda a, b: ["kdiff3", a, b]), ("meld", lambda a, b: ["meld", a, b])]
-    print(f"{'pair':<10} {'tool':<10} {'settled s':>10} {'peak MiB':>9} {'ours/peer':>10}")
+    print(f"{'pair':<10} {'tool':<10} {'settled s':>10} {'cpu s':>7} {'peak MiB':>9} {'ours/peer':>10} {'cpu ratio':>10}")
     for lines in sizes:
         name = f"{lines // 1000}k" if lines < 1_000_000 else f"{lines // 1_000_000}M"
         a, b = pair(name, lines, 100, lines)
-        ours = None
+        ours = ours_cpu = None
         for label, mk in tools:
-            secs, peak = settle(mk(a, b), env)
+            secs, cpu, peak = settle(mk(a, b), env)
             shown = f"{secs:10.2f}" if secs is not None else f"{'>' + str(int(LIMIT)):>10}"
-            ratio = ""
+            ratio = cpu_ratio = ""
             if label == "tallyvane":
-                ours = secs
-            elif ours is not None and secs:
-                ratio = f"{ours / secs:10.2f}"
-            print(f"{name:<10} {label:<10} {shown} {peak:9.0f} {ratio:>10}", flush=True)
+                ours, ours_cpu = secs, cpu
+            elif label != "baseline":
+                if ours is not None and secs:
+                    ratio = f"{ours / secs:10.2f}"
+                if ours_cpu and cpu:
+                    cpu_ratio = f"{ours_cpu / cpu:10.2f}"
+            print(f"{name:<10} {label:<10} {shown} {cpu:7.2f} {peak:9.0f} {ratio:>10} {cpu_ratio:>10}", flush=True)
 finally:
     xvfb.terminate()
     xvfb.wait()
+
+if not batch:
+    sys.exit(0)
 
 # The batch report of the 50 MB pair: start to exit, and peak memory.
 a, b = os.path.join(work, "50MB-a.txt"), os.path.join(work, "50MB-b.txt")
@@ -179,12 +205,14 @@ home = tempfile.mkdtemp(prefix="tv-batch-home.")
 benv = dict(os.environ, HOME=home, XDG_CONFIG_HOME=home + "/config", XDG_DATA_HOME=home + "/data",
             QT_QPA_PLATFORM="offscreen")
 mem = os.path.join(work, "peak.txt")
-t0 = time.monotonic()
-code = subprocess.call(["/usr/bin/time", "-f", "%M", "-o", mem, tool, a, b, "-T", report, "-R1", "-X"],
-                       env=benv, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-secs = time.monotonic() - t0
-shutil.rmtree(home, ignore_errors=True)
 size = os.path.getsize(a) / 1e6
-print(f"batch HTML report of the {size:.0f} MB pair: {secs:.2f} s, peak "
-      f"{int(open(mem).read().split()[-1]) / 1024:.0f} MiB, exit status {code}")
+for label, exe in [("tallyvane", tool)] + ([("baseline", baseline)] if baseline else []):
+    t0 = time.monotonic()
+    code = subprocess.call(["/usr/bin/time", "-f", "%U %S %M", "-o", mem, exe, a, b, "-T", report, "-R1", "-X"],
+                           env=benv, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+    secs = time.monotonic() - t0
+    user, system, peak = open(mem).read().split()[-3:]
+    print(f"{label}: batch HTML report of the {size:.0f} MB pair: {secs:.2f} s "
+          f"({float(user) + float(system):.2f} s processor), peak {int(peak) / 1024:.0f} MiB, exit status {code}")
+shutil.rmtree(home, ignore_errors=True)
 PY

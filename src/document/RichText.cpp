@@ -13,6 +13,27 @@ RichText::RichText(const QTextDocumentFragment& fragment)
 {
 }
 
+RichText RichText::unformatted(const QString& text)
+{
+    RichText r;
+    r.text_ = text;
+    r.unformatted_ = true;
+    return r;
+}
+
+const QTextDocumentFragment& RichText::fragment() const
+{
+    if (unformatted_ && fragment_.isEmpty() && !text_.isEmpty()) {
+        // Not QTextDocumentFragment::fromPlainText: its text would take the
+        // format of wherever it is inserted, where this content has none.
+        QTextDocument scratch;
+        scratch.setUndoRedoEnabled(false);
+        scratch.setPlainText(text_);
+        fragment_ = QTextDocumentFragment(&scratch);
+    }
+    return fragment_;
+}
+
 RichText RichText::fromPlainText(const QString& text)
 {
     return fromModel(lexiform::plainTextToDocument(text));
@@ -36,6 +57,8 @@ RichText RichText::fromRtf(const QByteArray& rtf)
 
 QString RichText::toPlainText() const
 {
+    if (unformatted_)
+        return text_;
     QString s = fragment_.toRawText();
     s.replace(QChar::ParagraphSeparator, QLatin1Char('\n'));
     return s;
@@ -46,7 +69,7 @@ lexiform::Document RichText::toModel() const
     QTextDocument scratch;
     scratch.setUndoRedoEnabled(false);
     QTextCursor c(&scratch);
-    c.insertFragment(fragment_);
+    c.insertFragment(fragment());
     return tv::modelOfRange(scratch);
 }
 
@@ -64,8 +87,8 @@ RichText RichText::operator+(const RichText& other) const
     QTextDocument scratch;
     scratch.setUndoRedoEnabled(false);
     QTextCursor c(&scratch);
-    c.insertFragment(fragment_);
-    c.insertFragment(other.fragment_);
+    c.insertFragment(fragment());
+    c.insertFragment(other.fragment());
     return RichText(QTextDocumentFragment(&scratch));
 }
 
@@ -75,5 +98,5 @@ void RichText::insertAt(QTextCursor& cursor) const
         cursor.removeSelectedText();
         return;
     }
-    cursor.insertFragment(fragment_);
+    cursor.insertFragment(fragment());
 }

@@ -22,8 +22,13 @@ public:
     static RichText fromModel(const lexiform::Document& doc);
     // RTF; bytes that do not look like RTF are taken as plain text.
     static RichText fromRtf(const QByteArray& rtf);
+    // The whole content of a document that has no formats at all, kept as
+    // its text: a box takes it with one build of its document, where a
+    // fragment costs a copy of the document and then a second build.
+    static RichText unformatted(const QString& text);
+    bool isUnformatted() const { return unformatted_; }
 
-    bool isEmpty() const { return fragment_.isEmpty(); }
+    bool isEmpty() const { return unformatted_ ? text_.isEmpty() : fragment_.isEmpty(); }
     // Paragraphs joined by "\n".
     QString toPlainText() const;
     lexiform::Document toModel() const;
@@ -33,10 +38,13 @@ public:
     // paragraph of the first.
     RichText operator+(const RichText& other) const;
 
-    const QTextDocumentFragment& fragment() const { return fragment_; }
+    // Made on first use for unformatted content.
+    const QTextDocumentFragment& fragment() const;
     // Inserts the content at the cursor, replacing its selection.
     void insertAt(QTextCursor& cursor) const;
 
 private:
-    QTextDocumentFragment fragment_;
+    mutable QTextDocumentFragment fragment_;
+    QString text_;
+    bool unformatted_ = false;
 };

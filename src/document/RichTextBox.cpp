@@ -5,6 +5,7 @@
 #include "components/lexiform/RtfReader.h"
 #include "components/lexiform/RtfWriter.h"
 #include "document/ColorRef.h"
+#include "document/LazyTextLayout.h"
 #include "document/RichTextConvert.h"
 
 #include <QAbstractTextDocumentLayout>
@@ -17,6 +18,7 @@
 #include <QTextDocument>
 #include <QTextDocumentFragment>
 #include <QTextEdit>
+#include <QTextFrame>
 #include <QTextLayout>
 
 namespace {
@@ -108,6 +110,7 @@ RichTextBox::~RichTextBox()
 QTextEdit* RichTextBox::createView(QWidget* parent)
 {
     auto* edit = new QTextEdit(parent);
+    chooseLayout();
     edit->setDocument(doc_.get());
     edit->setAcceptRichText(true);
     edit->setTextCursor(cursor_);
@@ -240,8 +243,32 @@ void RichTextBox::setText(const QString& text)
     replaceDocument([&](QTextCursor&) { doc_->setPlainText(normalisedLineEnds(text)); });
 }
 
+namespace {
+
+// True when nothing in the document carries a format: no character or
+// paragraph format with a property, no list, table or frame. The format
+// collection keeps formats that edits left unused, so this may say no for
+// a document that has become plain, never yes for one that is not.
+bool hasNoFormats(const QTextDocument& doc)
+{
+    if (!doc.rootFrame()->childFrames().isEmpty())
+        return false;
+    const QList<QTextFormat> formats = doc.allFormats();
+    for (const QTextFormat& f : formats) {
+        if (f.isFrameFormat())
+            continue;
+        if (!(f.isCharFormat() || f.isBlockFormat()) || f.propertyCount() != 0)
+            return false;
+    }
+    return true;
+}
+
+} // namespace
+
 RichText RichTextBox::TextRTF() const
 {
+    if (hasNoFormats(*doc_))
+        return RichText::unformatted(Text());
     QTextCursor all(doc_.get());
     placeCursor(all, 0, TextLength());
     return RichText(QTextDocumentFragment(all));
@@ -249,6 +276,10 @@ RichText RichTextBox::TextRTF() const
 
 void RichTextBox::setTextRTF(const RichText& content)
 {
+    if (content.isUnformatted()) {
+        setText(content.toPlainText());
+        return;
+    }
     replaceDocument([&](QTextCursor& c) { content.insertAt(c); });
 }
 
@@ -552,10 +583,19 @@ void RichTextBox::beginBulkEdit()
     doc_->setDocumentLayout(nullptr);
 }
 
+void RichTextBox::chooseLayout()
+{
+    // A document without a layout gets Qt's own from the view; a long plain
+    // one is laid out only where it is looked at.
+    if (LazyTextLayout::suits(*doc_))
+        doc_->setDocumentLayout(new LazyTextLayout(doc_.get()));
+}
+
 void RichTextBox::endBulkEdit()
 {
     if (!view_ || bulkDepth_ == 0 || --bulkDepth_ > 0)
         return;
+    chooseLayout();
     view_->setDocument(doc_.get());
     standIn_.reset();
     applyMargin();

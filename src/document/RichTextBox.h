@@ -138,6 +138,7 @@ private:
     void mergeFormat(const QTextCharFormat& f);
     void replaceDocument(const std::function<void(QTextCursor&)>& fill);
     void applyMargin();
+    void chooseLayout();
     void watchDocument();
     bool shown() const { return view_ != nullptr; }
 

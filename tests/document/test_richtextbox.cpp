@@ -6,6 +6,8 @@
 #include <QTextEdit>
 #include <gtest/gtest.h>
 
+#include <memory>
+
 using lexiform::Rgb;
 
 namespace {
@@ -95,6 +97,33 @@ TEST(RichTextBox, RichContentMovesBetweenBoxesWithItsFormats)
     // An empty value empties the box.
     joined.setTextRTF(RichText());
     EXPECT_EQ(joined.TextLength(), 0);
+}
+
+TEST(RichTextBox, PlainContentCarriesNoFormatIntoItsTarget)
+{
+    // Shown, as an editor is: its view adds no format of its own.
+    RichTextBox plain;
+    const std::unique_ptr<QTextEdit> view(plain.createView());
+    view->show();
+    plain.setText("one\n\ntwo\n");
+    plain.setSelection(1, 5);
+    const RichText content = plain.TextRTF();
+    EXPECT_TRUE(content.isUnformatted());
+
+    RichTextBox target;
+    target.setText("bold text");
+    target.SelectAll();
+    target.setSelBold(true);
+    EXPECT_FALSE(target.TextRTF().isUnformatted());
+    // Into the middle of a bold run: the plain text stays plain.
+    target.setSelection(4, 4);
+    target.setSelRTF(content);
+    EXPECT_EQ(target.Text(), QStringLiteral("boldone\n\ntwo\n text"));
+    EXPECT_FALSE(target.formatAt(5).bold);
+    EXPECT_TRUE(target.formatAt(0).bold);
+    target.setTextRTF(content);
+    EXPECT_EQ(target.Text(), plain.Text());
+    EXPECT_FALSE(target.formatAt(0).bold);
 }
 
 TEST(RichTextBox, SaveAndLoadKeepTextFormatsAndBackColours)

@@ -1,0 +1,80 @@
+#pragma once
+// A layout for long documents of plain paragraphs, for a QTextEdit to show.
+//
+// Qt's own layout lays the whole document out, a step at a time after every
+// change, until the last paragraph has its lines: for a document of 100,000
+// lines that is tens of seconds of processor time and hundreds of megabytes
+// of line data, most of it for paragraphs nobody scrolls to. This one lays
+// out a paragraph only when it is drawn, hit or asked about, and until then
+// counts it as tall as its characters would make it in the default font.
+// Where paragraphs stand and what they look like is what Qt's layout gives
+// for the documents it is used for (see suits()); a paragraph of a
+// proportional font that wraps may move by a line once it is laid out.
+
+#include <QAbstractTextDocumentLayout>
+#include <QTextBlock>
+
+#include <vector>
+
+class LazyTextLayout : public QAbstractTextDocumentLayout {
+    Q_OBJECT
+    // QTextEdit asks for these two by name: the first lets it lay out
+    // without a width when wrapping is off, the second is its caret width.
+    Q_PROPERTY(bool contentHasAlignment READ contentHasAlignment)
+    Q_PROPERTY(int cursorWidth READ cursorWidth WRITE setCursorWidth)
+
+public:
+    // Below this Qt's layout is quick enough, and it handles everything.
+    static constexpr int kMinimumParagraphs = 20000;
+
+    // True for a long document of paragraphs without tables, frames, lists,
+    // images, indents, paragraph spacing or line heights of their own.
+    static bool suits(const QTextDocument& doc);
+
+    explicit LazyTextLayout(QTextDocument* doc);
+
+    void draw(QPainter* painter, const PaintContext& context) override;
+    int hitTest(const QPointF& point, Qt::HitTestAccuracy accuracy) const override;
+    int pageCount() const override { return 1; }
+    QSizeF documentSize() const override;
+    QRectF frameBoundingRect(QTextFrame* frame) const override;
+    QRectF blockBoundingRect(const QTextBlock& block) const override;
+
+    bool contentHasAlignment() const { return false; }
+    int cursorWidth() const { return cursorWidth_; }
+    void setCursorWidth(int width) { cursorWidth_ = width; }
+
+    // Paragraphs that have their lines now.
+    int laidOutCount() const;
+
+protected:
+    void documentChanged(int from, int charsRemoved, int charsAdded) override;
+
+private:
+    void measureAll();
+    qreal estimate(int length) const;
+    qreal availableWidth() const;
+    qreal margin() const;
+    // Lays the paragraph out if it is not, and returns its top.
+    qreal place(const QTextBlock& block, int number) const;
+    qreal top(int number) const;
+    int blockAt(qreal y) const;
+    void setHeight(int number, qreal height) const;
+    void announceSize() const;
+    void announceLater() const;
+
+    // Heights of the paragraphs, as a Fenwick tree so that a paragraph's
+    // top and the paragraph at a height are found in log time.
+    mutable std::vector<qreal> height_;
+    mutable std::vector<qreal> tree_;
+    mutable std::vector<char> laid_;
+    mutable qreal total_ = 0;
+    mutable bool sizeAnnounced_ = true;
+    qreal lineHeight_ = 0;
+    qreal charWidth_ = 0;
+    int longest_ = 0;
+    // The widest paragraph laid out so far: tabs and wide characters can
+    // make a paragraph wider than its length says.
+    mutable qreal widest_ = 0;
+    int cursorWidth_ = 1;
+};

@@ -1,0 +1,122 @@
+// The layout of long plain documents: paragraphs stand where Qt's own layout
+// puts them, a question about one paragraph lays out that one only, and a
+// shown box uses it for long plain text and Qt's layout for anything else.
+
+#include "document/LazyTextLayout.h"
+#include "document/RichTextBox.h"
+
+#include <QAbstractTextDocumentLayout>
+#include <QTextCursor>
+#include <QTextDocument>
+#include <QTextEdit>
+#include <QTextTable>
+#include <gtest/gtest.h>
+
+#include <memory>
+
+namespace {
+
+constexpr int kLines = LazyTextLayout::kMinimumParagraphs + 500;
+
+// Short lines, a long one that wraps at the page width, and empty ones.
+QString sampleText()
+{
+    QString text;
+    for (int i = 0; i < kLines; ++i) {
+        if (i % 7 == 3)
+            text += QStringLiteral("a paragraph long enough to wrap on a narrow page: ").repeated(4);
+        else if (i % 5 != 4)
+            text += QStringLiteral("line %1").arg(i);
+        text += QLatin1Char('\n');
+    }
+    return text;
+}
+
+struct Pair {
+    QTextDocument qt;
+    QTextDocument lazy;
+    LazyTextLayout* layout = nullptr;
+
+    explicit Pair(qreal pageWidth = 300)
+    {
+        const QString text = sampleText();
+        for (QTextDocument* d : {&qt, &lazy}) {
+            d->setPlainText(text);
+            d->setPageSize(QSizeF(pageWidth, -1));
+        }
+        layout = new LazyTextLayout(&lazy);
+        lazy.setDocumentLayout(layout);
+    }
+};
+
+TEST(LazyLayout, ParagraphsStandWhereQtsLayoutPutsThem)
+{
+    Pair p;
+    QAbstractTextDocumentLayout* qt = p.qt.documentLayout();
+    for (int n = 0; n < 60; ++n) {
+        const QRectF a = qt->blockBoundingRect(p.qt.findBlockByNumber(n));
+        const QRectF b = p.layout->blockBoundingRect(p.lazy.findBlockByNumber(n));
+        ASSERT_DOUBLE_EQ(a.top(), b.top()) << "paragraph " << n;
+        ASSERT_DOUBLE_EQ(a.left(), b.left()) << "paragraph " << n;
+        ASSERT_EQ(p.qt.findBlockByNumber(n).layout()->lineCount(), p.lazy.findBlockByNumber(n).layout()->lineCount());
+    }
+    // A point on a paragraph's second line finds a character of that line.
+    const QTextBlock wrapped = p.lazy.findBlockByNumber(3);
+    const QRectF r = p.layout->blockBoundingRect(wrapped);
+    const QTextLine second = wrapped.layout()->lineAt(1);
+    const int hit = p.layout->hitTest(QPointF(r.left() + 2, r.top() + second.y() + 1), Qt::FuzzyHit);
+    EXPECT_EQ(hit, wrapped.position() + second.textStart());
+    EXPECT_EQ(hit, qt->hitTest(QPointF(r.left() + 2, r.top() + second.y() + 1), Qt::FuzzyHit));
+}
+
+TEST(LazyLayout, AFarParagraphIsFoundWithoutLayingOutTheOnesAboveIt)
+{
+    Pair p(5000);
+    // Lines that do not wrap are as tall before layout as after it, so a
+    // paragraph's place is exact while everything above it is estimated.
+    const int far = kLines - 2;
+    const QRectF b = p.layout->blockBoundingRect(p.lazy.findBlockByNumber(far));
+    EXPECT_EQ(p.layout->laidOutCount(), 1);
+    const QRectF a = p.qt.documentLayout()->blockBoundingRect(p.qt.findBlockByNumber(far));
+    EXPECT_NEAR(a.top(), b.top(), 0.5);
+    EXPECT_NEAR(p.layout->documentSize().height(), p.qt.documentLayout()->documentSize().height(), 0.5);
+    const int hit = p.layout->hitTest(QPointF(b.left() + 1, b.center().y()), Qt::FuzzyHit);
+    EXPECT_EQ(p.lazy.findBlock(hit).blockNumber(), far);
+
+    // A paragraph put in at the top moves it down by one line.
+    const qreal line = p.layout->blockBoundingRect(p.lazy.findBlockByNumber(1)).top()
+                       - p.layout->blockBoundingRect(p.lazy.firstBlock()).top();
+    QTextCursor(&p.lazy).insertText(QStringLiteral("new\n"));
+    EXPECT_DOUBLE_EQ(p.layout->blockBoundingRect(p.lazy.findBlockByNumber(far + 1)).top(), b.top() + line);
+}
+
+TEST(LazyLayout, OnlyLongPlainDocumentsAreLaidOutLazily)
+{
+    QTextDocument doc;
+    doc.setPlainText(sampleText());
+    EXPECT_TRUE(LazyTextLayout::suits(doc));
+    QTextCursor c(&doc);
+    c.insertTable(2, 2);
+    EXPECT_FALSE(LazyTextLayout::suits(doc)) << "a table";
+
+    QTextDocument indented;
+    indented.setPlainText(sampleText());
+    QTextBlockFormat f;
+    f.setIndent(2);
+    QTextCursor(&indented).mergeBlockFormat(f);
+    EXPECT_FALSE(LazyTextLayout::suits(indented));
+
+    QTextDocument small;
+    small.setPlainText(QStringLiteral("a\nb"));
+    EXPECT_FALSE(LazyTextLayout::suits(small));
+
+    // A shown box picks the layout when its document changes.
+    RichTextBox box;
+    QTextEdit* view = box.createView();
+    box.setText(sampleText());
+    EXPECT_NE(qobject_cast<LazyTextLayout*>(view->document()->documentLayout()), nullptr);
+    box.setText(QStringLiteral("short"));
+    EXPECT_EQ(qobject_cast<LazyTextLayout*>(view->document()->documentLayout()), nullptr);
+}
+
+} // namespace
