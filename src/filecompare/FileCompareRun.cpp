@@ -327,6 +327,7 @@ void frmCompareFiles::RunCompare(bool bShowDifference)
             docModifiedDiffFinal.ParagraphCollectionCreate();
             mbSideBySideFresh = true;
             showSideBySidePanes();
+            levelSideBySide();
         }
         // A large document is held in up to six boxes during a run.
         rtbOriginalDiff->setTextRTF(RichText());

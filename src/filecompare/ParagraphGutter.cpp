@@ -13,19 +13,30 @@ namespace filecompare {
 namespace {
 
 // QAbstractScrollArea keeps its viewport margins to subclasses; the gutter
-// sits in such a margin of an editor it did not make, so it reaches the
-// setter through a member pointer taken where the access is allowed.
+// and the overview bar sit in such margins of an editor they did not make,
+// so they reach them through member pointers taken where access is allowed.
 struct ViewportMarginAccess : QAbstractScrollArea {
-    static void set(QAbstractScrollArea* area, int left)
+    static void set(QAbstractScrollArea* area, Qt::Edge edge, int width)
     {
-        void (QAbstractScrollArea::*setter)(int, int, int, int) = &ViewportMarginAccess::setViewportMargins;
-        (area->*setter)(left, 0, 0, 0);
+        QMargins (QAbstractScrollArea::*get)() const = &ViewportMarginAccess::viewportMargins;
+        void (QAbstractScrollArea::*put)(const QMargins&) = &ViewportMarginAccess::setViewportMargins;
+        QMargins m = (area->*get)();
+        if (edge == Qt::LeftEdge)
+            m.setLeft(width);
+        else if (edge == Qt::RightEdge)
+            m.setRight(width);
+        (area->*put)(m);
     }
 };
 
 constexpr int kPadding = 6;
 
 } // namespace
+
+void SetViewportMargin(QAbstractScrollArea* area, Qt::Edge edge, int width)
+{
+    ViewportMarginAccess::set(area, edge, width);
+}
 
 ParagraphGutter* ParagraphGutter::attach(QTextEdit* editor)
 {
@@ -61,7 +72,7 @@ void ParagraphGutter::placeInEditor()
     const int w = neededWidth();
     if (w != width_) {
         width_ = w;
-        ViewportMarginAccess::set(editor_, w);
+        SetViewportMargin(editor_, Qt::LeftEdge, w);
     }
     const QRect area = editor_->contentsRect();
     const QRect viewport = editor_->viewport()->geometry();
@@ -70,11 +81,15 @@ void ParagraphGutter::placeInEditor()
 
 bool ParagraphGutter::eventFilter(QObject* watched, QEvent* event)
 {
-    if (editor_ && watched == editor_->viewport() && event->type() == QEvent::Paint) {
+    if (editor_ && watched == editor_->viewport() && event->type() == QEvent::Resize) {
+        // The scroll area has laid out its viewport by now; the editor's own
+        // resize comes before that.
+        placeInEditor();
+    } else if (editor_ && watched == editor_->viewport() && event->type() == QEvent::Paint) {
         if (neededWidth() != width_)
             placeInEditor();
         update();
-    } else if (watched == editor_ && (event->type() == QEvent::Resize || event->type() == QEvent::FontChange)) {
+    } else if (watched == editor_ && event->type() == QEvent::FontChange) {
         placeInEditor();
     }
     return QWidget::eventFilter(watched, event);

@@ -8,9 +8,14 @@
 #include <QWidget>
 #include <vector>
 
+class QAbstractScrollArea;
 class QTextEdit;
 
 namespace filecompare {
+
+// Room beside a scroll area's viewport on one edge (left or right), for a
+// widget of our own; the other margins stay as they are.
+void SetViewportMargin(QAbstractScrollArea* area, Qt::Edge edge, int width);
 
 class ParagraphGutter : public QWidget {
     Q_OBJECT

@@ -56,6 +56,7 @@ class PendingEditorLoads;
 
 namespace filecompare {
 class DividerLabel;
+class SideBySideDecorations;
 class SpinScrollControl;
 class StatusPanel;
 class RunInputGuard;
@@ -424,6 +425,9 @@ private:
     void refreshDisplayOnce(bool bReload, bool bShowDifference);
     void showSideBySidePanes();
     void showAllInOnePane();
+    // Paragraph numbers, level spacing and the overview of the side-by-side
+    // panes, for the records they now show.
+    void levelSideBySide();
     void coupleScrolling(RichTextBox* from, RichTextBox* to, bool fromOriginal);
     void closeIfAsked();
     bool loadSideFile(const QString& sFile, qint32 lEditor, clsVarString& lastFile, clsMRU& mru, QComboBox* combo);
@@ -431,6 +435,7 @@ private:
     // While both editors are loaded together, the loads waiting for their
     // documents.
     PendingEditorLoads* pendingLoads_ = nullptr;
+    filecompare::SideBySideDecorations* sbsDecorations_ = nullptr;
 
     // One run at a time: a request during a run is kept and repeated once.
     int runDepth_ = 0;
