@@ -132,4 +132,19 @@ std::vector<DifferenceOverviewBar::Mark> DifferenceOverviewBar::MarksOf(const QT
     return out;
 }
 
+std::vector<DifferenceOverviewBar::Mark> DifferenceOverviewBar::MarksByParagraph(
+    int leftParagraphs, int rightParagraphs, const std::vector<tv::DifferenceSpan>& records)
+{
+    const double count = std::max({leftParagraphs, rightParagraphs, 1});
+    std::vector<Mark> out;
+    out.reserve(records.size());
+    for (const tv::DifferenceSpan& r : records) {
+        const bool leftHas = r.kind != 'a';
+        const int first = leftHas ? r.leftFirst - 1 : r.rightFirst - 1;
+        const int last = std::max(leftHas ? r.leftLast : 0, r.kind != 'd' ? r.rightLast : 0);
+        out.push_back({r.kind, first / count, std::max(first, last) / count});
+    }
+    return out;
+}
+
 } // namespace filecompare

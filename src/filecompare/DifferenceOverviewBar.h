@@ -43,6 +43,11 @@ public:
     static std::vector<Mark> MarksOf(const QTextDocument& left, const QTextDocument& right,
                                      const std::vector<tv::DifferenceSpan>& records);
 
+    // The same by paragraph numbers alone, for documents too long to lay
+    // out in full: shares of the longer side's paragraph count.
+    static std::vector<Mark> MarksByParagraph(int leftParagraphs, int rightParagraphs,
+                                              const std::vector<tv::DifferenceSpan>& records);
+
     QSize sizeHint() const override { return QSize(14, 100); }
 
 signals:

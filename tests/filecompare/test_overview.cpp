@@ -67,6 +67,10 @@ TEST(OverviewBar, AnAdditionTakesItsHeightFromTheModified)
     ASSERT_EQ(marks.size(), 1u);
     EXPECT_NEAR(marks[0].top, 0.25, 0.01);
     EXPECT_NEAR(marks[0].bottom, 0.75, 0.01);
+    // A document too long to lay out is drawn by paragraph numbers alike.
+    const auto byNumber = DifferenceOverviewBar::MarksByParagraph(10, 20, records);
+    EXPECT_DOUBLE_EQ(byNumber[0].top, 0.25);
+    EXPECT_DOUBLE_EQ(byNumber[0].bottom, 0.75);
 }
 
 TEST(ParagraphGutter, NumbersStandBesideTheirParagraphsWithTheSpacingBetween)
