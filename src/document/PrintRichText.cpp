@@ -138,8 +138,11 @@ QString PrintRTF(const QTextDocument& document, QPrinter& printer, qint32 lLeftM
     QPainter painter;
     if (!painter.begin(&printer))
         return QStringLiteral("The printer could not be started.");
-    for (std::size_t i = 0; i < pages.size(); ++i) {
-        if (i > 0 && !printer.newPage()) {
+    // The pages the print dialog asked for (1-based; 0 and 0 for all).
+    const std::size_t first = printer.fromPage() > 0 ? std::size_t(printer.fromPage() - 1) : 0;
+    const std::size_t last = printer.toPage() > 0 ? std::min(pages.size(), std::size_t(printer.toPage())) : pages.size();
+    for (std::size_t i = first; i < std::max(last, first + 1) && i < pages.size(); ++i) {
+        if (i > first && !printer.newPage()) {
             painter.end();
             return QStringLiteral("The printer refused page %1.").arg(i + 1);
         }

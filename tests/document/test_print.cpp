@@ -100,6 +100,22 @@ TEST(PrintToPdf, EveryParagraphOnceAndMorePagesForWiderMargins)
                              {QStringLiteral("-f"), QString::number(widePages), QStringLiteral("-l"),
                               QString::number(widePages), wide, QStringLiteral("-")});
     EXPECT_TRUE(last.contains(QStringLiteral("Paragraph 150 of"))) << "the last page ends the document";
+
+    // A range chosen in the print dialog prints those pages alone.
+    QPrinter printer(QPrinter::HighResolution);
+    printer.setOutputFormat(QPrinter::PdfFormat);
+    const QString range = dir.qpath() + "/range.pdf";
+    printer.setOutputFileName(range);
+    printer.setPageSize(QPageSize(QPageSize::Letter));
+    printer.setFromTo(2, 3);
+    ASSERT_EQ(tv::PrintRTF(*doc, printer, 1440, 4320, 1440, 4320), QString());
+    EXPECT_EQ(pageCount(range), 2);
+    const QString second = run(QStringLiteral("pdftotext"), {QStringLiteral("-f"), QStringLiteral("2"), QStringLiteral("-l"),
+                                                              QStringLiteral("2"), wide, QStringLiteral("-")});
+    const QString firstOfRange = run(QStringLiteral("pdftotext"), {QStringLiteral("-f"), QStringLiteral("1"),
+                                                                    QStringLiteral("-l"), QStringLiteral("1"), range,
+                                                                    QStringLiteral("-")});
+    EXPECT_EQ(firstOfRange, second);
 }
 
 TEST(PrintToPdf, TheTextStartsAtTheMarginsOnThePaper)
