@@ -82,18 +82,6 @@ TEST(LevelSpacing, CharactersParagraphsAndPositionsStayAsCompared)
     EXPECT_EQ(p.right.document()->blockCount(), 16);
     EXPECT_EQ(p.right.LineFromChar(where), line);
     EXPECT_EQ(p.right.document()->characterCount(), rightText.size() + 1);
-
-    tv::ClearLevelSpacing(*p.left.document());
-    for (QTextBlock b = p.left.document()->begin(); b.isValid(); b = b.next())
-        EXPECT_EQ(b.blockFormat().topMargin(), 0) << b.blockNumber();
-}
-
-TEST(LevelSpacing, RecordsOutsideTheDocumentsAreLeftOut)
-{
-    Pair p;
-    tv::LevelDocuments(*p.left.document(), *p.right.document(), {{'c', 40, 41, 50, 52}, {'x', 1, 1, 1, 1}});
-    for (QTextBlock b = p.left.document()->begin(); b.isValid(); b = b.next())
-        EXPECT_EQ(tv::LevelSpacingOf(*p.left.document(), b.blockNumber()), 0);
 }
 
 } // namespace

@@ -92,10 +92,4 @@ TEST(SaveAsRefusal, AFullDiskKeepsTheOldFileAndSaysWhy)
     EXPECT_EQ(tvtest::sha256(target), before);
 }
 
-TEST(SaveAsRefusal, NoTargetIsAnEmptyPath)
-{
-    QTextDocument doc;
-    EXPECT_EQ(tv::SaveDocumentAs(doc, QStringLiteral("  "), tv::SaveFormat::Html).result, -2);
-}
-
 } // namespace

@@ -41,21 +41,6 @@ TEST_F(Editing, SavingOverAComparedFileNeedsAYesAndThenReplacesItWhole)
     EXPECT_EQ(dialogs.filePicks[0].title, "Save MODIFIED Editor As");
 }
 
-TEST_F(Editing, SavingOntoAReadOnlyFileSaysSoAndKeepsIt)
-{
-    const QString kept = textFile("kept.rtf", {"mine"});
-    ASSERT_TRUE(QFile::setPermissions(kept, QFile::ReadOwner | QFile::ReadGroup | QFile::ReadOther));
-    compare(textFile("a.txt", {"one"}), textFile("b.txt", {"two"}));
-    viewer->mlActiveEditor = frmCompareFiles::kOriginal;
-    dialogs.nextFile = kept;
-    dialogs.nextFilterIndex = 1;
-    EXPECT_FALSE(filecompare::SaveActiveEditorAs(*viewer));
-    ASSERT_EQ(dialogs.logged.size(), 1);
-    EXPECT_TRUE(dialogs.logged[0].startsWith("Failed to Convert")) << dialogs.logged[0].toStdString();
-    EXPECT_TRUE(dialogs.logged[0].contains("read-only")) << dialogs.logged[0].toStdString();
-    EXPECT_EQ(tvtest::readFile(kept.toStdString()), "mine");
-}
-
 TEST_F(Editing, SwapExchangesTheSidesAndComparesAgain)
 {
     const QString original = textFile("original.txt", {"one", "two", "three"});

@@ -56,23 +56,6 @@ TEST(OverviewBar, AClickOnAStrokeGoesToItsDifference)
     EXPECT_NEAR(scrolled[0][0].toDouble(), 0.75, 0.01);
 }
 
-TEST(OverviewBar, AnAdditionTakesItsHeightFromTheModified)
-{
-    QTextDocument left, right;
-    left.setPlainText(numbered("L", 10));
-    right.setPlainText(numbered("R", 20));
-    const std::vector<tv::DifferenceSpan> records{{'a', 5, 5, 6, 15}};
-    tv::LevelDocuments(left, right, records);
-    const auto marks = DifferenceOverviewBar::MarksOf(left, right, records);
-    ASSERT_EQ(marks.size(), 1u);
-    EXPECT_NEAR(marks[0].top, 0.25, 0.01);
-    EXPECT_NEAR(marks[0].bottom, 0.75, 0.01);
-    // A document too long to lay out is drawn by paragraph numbers alike.
-    const auto byNumber = DifferenceOverviewBar::MarksByParagraph(10, 20, records);
-    EXPECT_DOUBLE_EQ(byNumber[0].top, 0.25);
-    EXPECT_DOUBLE_EQ(byNumber[0].bottom, 0.75);
-}
-
 TEST(ParagraphGutter, NumbersStandBesideTheirParagraphsWithTheSpacingBetween)
 {
     QTextEdit left, right;
