@@ -21,8 +21,6 @@
 #include <QPrintDialog>
 #include <QPrinter>
 
-namespace filecompare {
-
 namespace {
 
 bool sameFile(const QString& a, const QString& b)
@@ -73,6 +71,8 @@ private:
 
 } // namespace
 
+namespace filecompare {
+
 QString EditorName(qint32 lEditor)
 {
     switch (lEditor) {
@@ -93,65 +93,69 @@ QString SaveEditorFilter()
                           "|MS Word (*.doc)|*.doc;*.docx|HTML (*.htm;*.html)|*.htm;*.html");
 }
 
-bool SaveActiveEditorAs(frmCompareFiles& form)
+} // namespace filecompare
+
+using filecompare::EditorName;
+
+bool frmCompareFiles::SaveActiveEditorAs()
 {
-    const qint32 editor = form.mlActiveEditor;
-    RichTextBox* box = form.EditorBox(editor);
+    const qint32 editor = mlActiveEditor;
+    RichTextBox* box = EditorBox(editor);
     if (!box)
         return false;
     const QString sName = EditorName(editor);
-    const QString target = PickFile(&form, QStringLiteral("Save ") + sName + QStringLiteral(" Editor As"),
-                                    SaveEditorFilter(), form.lLastSelectedFileFilterIndex);
+    const QString target = PickFile(this, QStringLiteral("Save ") + sName + QStringLiteral(" Editor As"),
+                                    filecompare::SaveEditorFilter(), lLastSelectedFileFilterIndex);
     if (target.isEmpty())
         return false;
 
     // The files being compared are the user's own; replacing one with what
     // an editor holds (colours of a diff pane, a converted Word file as
     // text) is allowed, but only as a choice made knowingly.
-    const QString original = form.cbSelectOriginal->currentText();
-    const QString modified = form.cbSelectModified->currentText();
+    const QString original = cbSelectOriginal->currentText();
+    const QString modified = cbSelectModified->currentText();
     const bool isOriginal = sameFile(target, original);
     if (isOriginal || sameFile(target, modified)) {
         const QString question = target + QStringLiteral("\nis the ") + (isOriginal ? QStringLiteral("Original") : QStringLiteral("Modified"))
                                  + QStringLiteral(" document of this comparison.\n\nReplace it with what the ")
                                  + sName + QStringLiteral(" editor holds?");
-        if (MsgBox(&form, question, MsgButtons::YesNo, MsgIcon::Question, QStringLiteral("Save ") + sName
+        if (MsgBox(this, question, MsgButtons::YesNo, MsgIcon::Question, QStringLiteral("Save ") + sName
                                                                             + QStringLiteral(" Editor As"))
             != MsgAnswer::Yes)
             return false;
     }
 
     const tv::SaveOutcome outcome =
-        tv::SaveDocumentAs(*box->document(), target, tv::SaveFormatOfFilterIndex(form.lLastSelectedFileFilterIndex));
+        tv::SaveDocumentAs(*box->document(), target, tv::SaveFormatOfFilterIndex(lLastSelectedFileFilterIndex));
     if (!outcome) {
         QString message = LexiformErrorMessage(outcome.result).value_or(QStringLiteral("Failed to Convert"));
         if (!outcome.reason.isEmpty())
             message += QStringLiteral("\n  ") + target + QStringLiteral("\n  ") + outcome.reason
                        + QStringLiteral("; the file was not changed.");
         LogMessage(message, gsClLogFile, gbClVerbose);
-        form.RefreshButtonStates();
+        RefreshButtonStates();
         return false;
     }
     if (editor == frmCompareFiles::kOriginal) {
-        form.mruOriginal.AddUniqueItemToCollection(target);
-        FillComboFromMRU(form.cbSelectOriginal, form.mruOriginal);
+        mruOriginal.AddUniqueItemToCollection(target);
+        FillComboFromMRU(cbSelectOriginal, mruOriginal);
     } else if (editor == frmCompareFiles::kModified) {
-        form.mruModified.AddUniqueItemToCollection(target);
-        FillComboFromMRU(form.cbSelectModified, form.mruModified);
+        mruModified.AddUniqueItemToCollection(target);
+        FillComboFromMRU(cbSelectModified, mruModified);
     }
-    form.RefreshButtonStates();
+    RefreshButtonStates();
     return true;
 }
 
-void PrintActiveEditor(frmCompareFiles& form)
+void frmCompareFiles::PrintActiveEditor()
 {
-    RichTextBox* box = form.EditorBox(form.mlActiveEditor);
+    RichTextBox* box = EditorBox(mlActiveEditor);
     if (!box)
         return;
     QPrinter printer(QPrinter::HighResolution);
-    QPrintDialog dialog(&printer, &form);
-    dialog.setWindowTitle(QStringLiteral("Print ") + EditorName(form.mlActiveEditor) + QStringLiteral(" Editor"));
-    auto* margins = new PrintMarginsTab(form.sDescription);
+    QPrintDialog dialog(&printer, this);
+    dialog.setWindowTitle(QStringLiteral("Print ") + EditorName(mlActiveEditor) + QStringLiteral(" Editor"));
+    auto* margins = new PrintMarginsTab(sDescription);
     dialog.setOptionTabs({margins});
     if (dialog.exec() != QDialog::Accepted)
         return;
@@ -161,30 +165,28 @@ void PrintActiveEditor(frmCompareFiles& form)
                                      tv::MarginTwips(margins->txtRightMargin->text()),
                                      tv::MarginTwips(margins->txtBottomMargin->text()));
     if (!why.isEmpty())
-        MsgBox(&form, why, MsgButtons::OK, MsgIcon::Exclamation, QStringLiteral("Print"));
+        MsgBox(this, why, MsgButtons::OK, MsgIcon::Exclamation, QStringLiteral("Print"));
 }
 
-void SwapOriginalAndModified(frmCompareFiles& form)
+void frmCompareFiles::SwapOriginalAndModified()
 {
-    if (form.IsBusy())
+    if (IsBusy())
         return;
     // The documents change boxes whole, formats and all; nothing is
     // converted or read again.
-    form.rtbOriginal->swapDocuments(*form.rtbModified);
-    const QString original = form.cbSelectOriginal->currentText();
-    const QString modified = form.cbSelectModified->currentText();
-    form.mruOriginal.AddUniqueItemToCollection(modified);
-    form.mruModified.AddUniqueItemToCollection(original);
-    FillComboFromMRU(form.cbSelectOriginal, form.mruOriginal);
-    FillComboFromMRU(form.cbSelectModified, form.mruModified);
-    form.cbSelectOriginal->setEditText(modified);
-    form.cbSelectModified->setEditText(original);
-    form.moFileOptions.sFileOriginal = modified;
-    form.moFileOptions.sFileModified = original;
+    rtbOriginal->swapDocuments(*rtbModified);
+    const QString original = cbSelectOriginal->currentText();
+    const QString modified = cbSelectModified->currentText();
+    mruOriginal.AddUniqueItemToCollection(modified);
+    mruModified.AddUniqueItemToCollection(original);
+    FillComboFromMRU(cbSelectOriginal, mruOriginal);
+    FillComboFromMRU(cbSelectModified, mruModified);
+    cbSelectOriginal->setEditText(modified);
+    cbSelectModified->setEditText(original);
+    moFileOptions.sFileOriginal = modified;
+    moFileOptions.sFileModified = original;
     // What the all-in-one pane showed belongs to the old order.
-    form.rtbAIODiff->setTextRTF(RichText());
-    form.RefreshButtonStates();
-    form.RefreshDisplay(form.moFileOptions.bReloadOnRefresh.Data(), true);
+    rtbAIODiff->setTextRTF(RichText());
+    RefreshButtonStates();
+    RefreshDisplay(moFileOptions.bReloadOnRefresh.Data(), true);
 }
-
-} // namespace filecompare

@@ -2,7 +2,6 @@
 // compare page with its two dividers, word wrap, and the coupled scrolling
 // of the two sides.
 
-#include "filecompare/FileCompareEditing.h"
 #include "filecompare/SideBySideDecorations.h"
 #include "document/ColorRef.h"
 #include "filecompare/FileCompareWidgets.h"
@@ -153,7 +152,7 @@ void frmCompareFiles::buildComparePage()
     tbViewReport = action("tbViewReport", QIcon(), QStringLiteral("Report"), QStringLiteral("View Report (F2)"));
     // Find and replace arrives with its dialog.
     tbFindAndReplace->setEnabled(false);
-    connect(tbSwap, &QAction::triggered, this, [this] { filecompare::SwapOriginalAndModified(*this); });
+    connect(tbSwap, &QAction::triggered, this, [this] { SwapOriginalAndModified(); });
     connect(tbViewReport, &QAction::triggered, this, &frmCompareFiles::cmdViewReport_Click);
     tbMain->addSeparator();
     tbShowDifferenceFirst = action("tbShowDifferenceFirst", st->standardIcon(QStyle::SP_MediaSkipBackward),
@@ -413,9 +412,9 @@ void frmCompareFiles::buildMenus()
     connect(add(mnuLoad, "mnuLoadModified", QStringLiteral("Load Modified Document")), &QAction::triggered, this,
             [this] { PickFileForEditor(kModified); });
     connect(add(mnuFile, "mnuSaveActiveEditorAs", QStringLiteral("Save Active Editor &As")), &QAction::triggered,
-            this, [this] { filecompare::SaveActiveEditorAs(*this); });
+            this, [this] { SaveActiveEditorAs(); });
     connect(add(mnuFile, "mnuPrintActiveEditor", QStringLiteral("&Print Active Editor")), &QAction::triggered, this,
-            [this] { filecompare::PrintActiveEditor(*this); });
+            [this] { PrintActiveEditor(); });
     mnuFile->addSeparator();
     connect(add(mnuFile, "mnuClose", QStringLiteral("&Close")), &QAction::triggered, this, [this] {
         if (auto* sub = qobject_cast<QMdiSubWindow*>(parentWidget()))
@@ -476,7 +475,7 @@ void frmCompareFiles::buildMenus()
     mnuToggleView->setShortcut(Qt::Key_F6);
     connect(mnuToggleView, &QAction::triggered, this, &frmCompareFiles::cmdChangeViewFormat_Click);
     connect(add(mnuView, "mnuSwap", QStringLiteral("&Swap Master and Source Text")), &QAction::triggered, this,
-            [this] { filecompare::SwapOriginalAndModified(*this); });
+            [this] { SwapOriginalAndModified(); });
     mnuReport = add(mnuView, "mnuReport", QStringLiteral("&Report"));
     mnuReport->setShortcut(Qt::Key_F2);
     connect(mnuReport, &QAction::triggered, this, &frmCompareFiles::cmdViewReport_Click);
@@ -498,9 +497,9 @@ void frmCompareFiles::buildMenus()
     connect(add(mnuPopup, "mnuPopupLoadFileIntoActiveEditor", QStringLiteral("Load File Into This Editor")),
             &QAction::triggered, this, [this] { PickFileForEditor(mlActiveEditor); });
     connect(add(mnuPopup, "mnuPopupSaveFileAs", QStringLiteral("Save This Editor As")), &QAction::triggered, this,
-            [this] { filecompare::SaveActiveEditorAs(*this); });
+            [this] { SaveActiveEditorAs(); });
     connect(add(mnuPopup, "mnuPopupPrintActiveEditor", QStringLiteral("Print This Editor")), &QAction::triggered,
-            this, [this] { filecompare::PrintActiveEditor(*this); });
+            this, [this] { PrintActiveEditor(); });
     mnuPopupCompareSelectedText = add(mnuPopup, "mnuPopupCompareSelectedText", QStringLiteral("&Compare Selected Text"));
     connect(mnuPopupCompareSelectedText, &QAction::triggered, this, &frmCompareFiles::CompareSelectedText);
     mnuPopupReport = add(mnuPopup, "mnuPopupReport", QStringLiteral("&Report"));

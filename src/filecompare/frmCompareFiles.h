@@ -219,6 +219,19 @@ public:
     void RefreshButtonStates();
     void CompareSelectedText();
 
+    // --- whole editors (FileCompareEditing.cpp) -------------------------------------
+    // Asks for a file and writes the active editor to it in the chosen
+    // format. A file of this comparison is replaced only when the user says
+    // so; a read-only file or a failed write is reported and leaves the old
+    // file as it was. True when a file was written.
+    bool SaveActiveEditorAs();
+    // The print dialog, with the margins on a tab of their own, then the
+    // active editor on the chosen printer.
+    void PrintActiveEditor();
+    // Original and Modified change places, documents, paths and all, and
+    // the comparison runs again.
+    void SwapOriginalAndModified();
+
     // --- reports (FileCompareReports.cpp) --------------------------------------------
     // Report formats and styles as the engine and the INI file number them.
     enum ReportFormat : qint32 { kReportHTML = 1, kReportText = 2, kReportCSV = 3 };

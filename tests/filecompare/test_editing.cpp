@@ -3,7 +3,6 @@
 // that stand level with an overview that leads to a difference.
 
 #include "filecompare/DifferenceOverviewBar.h"
-#include "filecompare/FileCompareEditing.h"
 #include "viewer_fixture.h"
 
 #include <QAbstractTextDocumentLayout>
@@ -29,13 +28,13 @@ TEST_F(Editing, SavingOverAComparedFileNeedsAYesAndThenReplacesItWhole)
     dialogs.nextFile = original;
     dialogs.nextFilterIndex = 2;  // text
     dialogs.answers = {MsgAnswer::No};
-    EXPECT_FALSE(filecompare::SaveActiveEditorAs(*viewer));
+    EXPECT_FALSE(viewer->SaveActiveEditorAs());
     ASSERT_EQ(dialogs.boxes.size(), 1);
     EXPECT_TRUE(dialogs.boxes[0].contains("is the Original document of this comparison")) << dialogs.boxes[0].toStdString();
     EXPECT_EQ(tvtest::sha256(original.toStdString()), before);
 
     dialogs.answers = {MsgAnswer::Yes};
-    EXPECT_TRUE(filecompare::SaveActiveEditorAs(*viewer));
+    EXPECT_TRUE(viewer->SaveActiveEditorAs());
     EXPECT_EQ(tvtest::readFile(original.toStdString()), "alpha\nBETA\ngamma\ndelta");
     ASSERT_EQ(dialogs.filePicks.size(), 2u);
     EXPECT_EQ(dialogs.filePicks[0].title, "Save MODIFIED Editor As");
@@ -50,7 +49,7 @@ TEST_F(Editing, SwapExchangesTheSidesAndComparesAgain)
     viewer->cbSelectOriginal->setEditText(original);
     viewer->cbSelectModified->setEditText(modified);
 
-    filecompare::SwapOriginalAndModified(*viewer);
+    viewer->SwapOriginalAndModified();
     EXPECT_EQ(viewer->rtbOriginal->Text(), "one\ntwo\nthree\nfour");
     EXPECT_EQ(viewer->rtbModified->Text(), "one\ntwo\nthree");
     EXPECT_EQ(viewer->cbSelectOriginal->currentText(), modified);
