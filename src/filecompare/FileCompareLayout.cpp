@@ -92,7 +92,7 @@ void frmCompareFiles::buildControls()
     timerGUI->setObjectName(QStringLiteral("timerGUI"));
     timerGUI->setInterval(500);
     connect(timerGUI, &QTimer::timeout, this, [this] {
-        if (runDepth_ == 0 && isVisible())
+        if (!session_.busy() && isVisible())
             RefreshStatusBarItems();
     });
     timerGUI->start();
@@ -299,14 +299,14 @@ void frmCompareFiles::buildComparePage()
         if (removed == 0 && added == 0)
             return;
         mbOriginalDirty = true;
-        if (runDepth_ == 0)
+        if (!session_.busy())
             SetPanelText(2, QStringLiteral("Diff View not fresh"));
     });
     connect(rtbModified, &RichTextBox::contentsChange, this, [this](int, int removed, int added) {
         if (removed == 0 && added == 0)
             return;
         mbModifiedDirty = true;
-        if (runDepth_ == 0)
+        if (!session_.busy())
             SetPanelText(2, QStringLiteral("Diff View not fresh"));
     });
 
@@ -329,7 +329,7 @@ void frmCompareFiles::buildComparePage()
     sbsDecorations_ = new filecompare::SideBySideDecorations(rtbOriginalDiffFinal->view(),
                                                              rtbModifiedDiffFinal->view(), this);
     connect(sbsDecorations_, &filecompare::SideBySideDecorations::differenceClicked, this, [this](int index) {
-        if (runDepth_ > 0 || index >= SkeinMacroDiff.DifferenceCount())
+        if (IsBusy() || index >= Result().count())
             return;
         mlCurrentDifference = index + 1;
         ShowCurrentDifference(true);
@@ -707,12 +707,9 @@ void frmCompareFiles::showSideBySidePanes()
 void frmCompareFiles::levelSideBySide()
 {
     std::vector<tv::DifferenceSpan> records;
-    records.reserve(std::size_t(SkeinMacroDiff.DifferenceCount()));
-    for (int i = 0; i < SkeinMacroDiff.DifferenceCount(); ++i) {
-        tv::DifferenceSpan r;
-        if (SkeinMacroDiff.GetDifference(i, r.kind, r.leftFirst, r.leftLast, r.rightFirst, r.rightLast))
-            records.push_back(r);
-    }
+    records.reserve(Result().records().size());
+    for (const filecompare::Difference& d : Result().records())
+        records.push_back({d.kind, d.lf, d.ll, d.rf, d.rl});
     // A kind shows in the overview in its background colour, or in its text
     // colour when it has the page's white as background.
     auto strokeColor = [](std::int32_t fore, std::int32_t back) {
@@ -741,7 +738,7 @@ void frmCompareFiles::showAllInOnePane()
 
 void frmCompareFiles::coupleScrolling(RichTextBox* from, RichTextBox* to, bool fromOriginal)
 {
-    if (couplingScroll_ || runDepth_ > 0 || placingEditors_ || SkeinMacroDiff.DifferenceCount() == 0)
+    if (couplingScroll_ || session_.busy() || placingEditors_ || Result().empty())
         return;
     const bool editors = from == rtbOriginal || from == rtbModified;
     // The records describe the editors as they were compared: once an editor

@@ -24,7 +24,7 @@ TEST_F(Editing, SavingOverAComparedFileNeedsAYesAndThenReplacesItWhole)
     compare(original, modified);
     const std::string before = tvtest::sha256(original.toStdString());
 
-    viewer->mlActiveEditor = frmCompareFiles::kModified;
+    viewer->SetActiveEditor(frmCompareFiles::kModified);
     dialogs.nextFile = original;
     dialogs.nextFilterIndex = 2;  // text
     dialogs.answers = {MsgAnswer::No};
@@ -46,14 +46,14 @@ TEST_F(Editing, SwapExchangesTheSidesAndComparesAgain)
     const QString modified = textFile("modified.txt", {"one", "two", "three", "four"});
     compare(original, modified);
     ASSERT_EQ(records(), QStringList{"a 3 3 4 4"});
-    viewer->cbSelectOriginal->setEditText(original);
-    viewer->cbSelectModified->setEditText(modified);
+    ui<QComboBox>("cbSelectOriginal")->setEditText(original);
+    ui<QComboBox>("cbSelectModified")->setEditText(modified);
 
     viewer->SwapOriginalAndModified();
-    EXPECT_EQ(viewer->rtbOriginal->Text(), "one\ntwo\nthree\nfour");
-    EXPECT_EQ(viewer->rtbModified->Text(), "one\ntwo\nthree");
-    EXPECT_EQ(viewer->cbSelectOriginal->currentText(), modified);
-    EXPECT_EQ(viewer->cbSelectModified->currentText(), original);
+    EXPECT_EQ(box(frmCompareFiles::kOriginal)->Text(), "one\ntwo\nthree\nfour");
+    EXPECT_EQ(box(frmCompareFiles::kModified)->Text(), "one\ntwo\nthree");
+    EXPECT_EQ(ui<QComboBox>("cbSelectOriginal")->currentText(), modified);
+    EXPECT_EQ(ui<QComboBox>("cbSelectModified")->currentText(), original);
     EXPECT_EQ(records(), QStringList{"d 4 4 3 3"});
 }
 
@@ -69,13 +69,13 @@ TEST_F(Editing, SideBySidePanesStandLevelAndTheOverviewLeadsToADifference)
     right[52] = "changed";
     compare(textFile("l.txt", left), textFile("r.txt", right));
     ASSERT_EQ(records().size(), 3);
-    ASSERT_TRUE(viewer->SideBySideShowing());
+    ASSERT_EQ(viewer->CurrentViewMode(), frmCompareFiles::ViewMode::SideBySide);
 
     RichTextBox* l = viewer->EditorBox(frmCompareFiles::kOriginalDiffFinal);
     RichTextBox* r = viewer->EditorBox(frmCompareFiles::kModifiedDiffFinal);
     // The panes hold the editors' paragraphs, not one more or less.
-    EXPECT_EQ(l->Text(), viewer->rtbOriginal->Text());
-    EXPECT_EQ(r->Text(), viewer->rtbModified->Text());
+    EXPECT_EQ(l->Text(), box(frmCompareFiles::kOriginal)->Text());
+    EXPECT_EQ(r->Text(), box(frmCompareFiles::kModified)->Text());
     auto top = [](RichTextBox* box, int paragraph) {
         QTextDocument* d = box->view()->document();
         return d->documentLayout()->blockBoundingRect(d->findBlockByNumber(paragraph - 1)).top();
@@ -89,7 +89,7 @@ TEST_F(Editing, SideBySidePanesStandLevelAndTheOverviewLeadsToADifference)
     ASSERT_EQ(bar->marks().size(), 3u);
     const int y = int(bar->marks()[2].top * (bar->height() - 1)) + 1;
     QTest::mouseClick(bar, Qt::LeftButton, {}, QPoint(bar->width() / 2, y));
-    EXPECT_EQ(viewer->mlCurrentDifference, 3);
+    EXPECT_EQ(viewer->CurrentDifference(), 3);
 }
 
 } // namespace
