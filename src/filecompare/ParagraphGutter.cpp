@@ -1,5 +1,7 @@
 #include "filecompare/ParagraphGutter.h"
 
+#include "document/LevelSpacing.h"
+
 #include <QAbstractScrollArea>
 #include <QEvent>
 #include <QPainter>
@@ -129,6 +131,14 @@ void ParagraphGutter::paintEvent(QPaintEvent*)
     p.setFont(editor_->font());
     p.setPen(pal.color(QPalette::PlaceholderText));
     const int lineHeight = p.fontMetrics().height();
+    // The space that keeps the panes level holds no paragraph; hatching it
+    // beside the text tells it from empty lines.
+    const QBrush hatch(pal.color(QPalette::Mid), Qt::BDiagPattern);
+    for (const Label& label : visibleLabels()) {
+        const double space = tv::LevelSpacingOf(*editor_->document(), label.paragraph - 1);
+        if (space > 0)
+            p.fillRect(QRectF(0, label.y - space, width() - 1, space), hatch);
+    }
     for (const Label& label : visibleLabels())
         p.drawText(QRect(0, label.y, width() - kPadding, lineHeight), Qt::AlignRight | Qt::AlignVCenter,
                    QString::number(label.paragraph));
