@@ -2,6 +2,8 @@
 // compare page with its two dividers, word wrap, and the coupled scrolling
 // of the two sides.
 
+#include "filecompare/SideBySideDecorations.h"
+#include "document/ColorRef.h"
 #include "filecompare/FileCompareWidgets.h"
 #include "filecompare/frmCompareFiles.h"
 #include "core/Launcher.h"
@@ -148,9 +150,9 @@ void frmCompareFiles::buildComparePage()
     tbFindAndReplace = action("tbFindAndReplace", QIcon(), QStringLiteral("Find"),
                               QStringLiteral("Find and/or Replace (F3)"));
     tbViewReport = action("tbViewReport", QIcon(), QStringLiteral("Report"), QStringLiteral("View Report (F2)"));
-    // Their commands arrive with the editing commands.
-    tbSwap->setEnabled(false);
+    // Find and replace arrives with its dialog.
     tbFindAndReplace->setEnabled(false);
+    connect(tbSwap, &QAction::triggered, this, [this] { SwapOriginalAndModified(); });
     connect(tbViewReport, &QAction::triggered, this, &frmCompareFiles::cmdViewReport_Click);
     tbMain->addSeparator();
     tbShowDifferenceFirst = action("tbShowDifferenceFirst", st->standardIcon(QStyle::SP_MediaSkipBackward),
@@ -324,6 +326,14 @@ void frmCompareFiles::buildComparePage()
         });
     };
     couple(rtbOriginalDiffFinal, rtbModifiedDiffFinal);
+    sbsDecorations_ = new filecompare::SideBySideDecorations(rtbOriginalDiffFinal->view(),
+                                                             rtbModifiedDiffFinal->view(), this);
+    connect(sbsDecorations_, &filecompare::SideBySideDecorations::differenceClicked, this, [this](int index) {
+        if (IsBusy() || index >= Result().count())
+            return;
+        mlCurrentDifference = index + 1;
+        ShowCurrentDifference(true);
+    });
     couple(rtbOriginal, rtbModified);
 
     lblDividerV = new DividerLabel(Qt::Vertical, this, frameCF);
@@ -401,9 +411,10 @@ void frmCompareFiles::buildMenus()
             [this] { PickFileForEditor(kOriginal); });
     connect(add(mnuLoad, "mnuLoadModified", QStringLiteral("Load Modified Document")), &QAction::triggered, this,
             [this] { PickFileForEditor(kModified); });
-    // Saving and printing arrive with the editing commands.
-    add(mnuFile, "mnuSaveActiveEditorAs", QStringLiteral("Save Active Editor &As"))->setEnabled(false);
-    add(mnuFile, "mnuPrintActiveEditor", QStringLiteral("&Print Active Editor"))->setEnabled(false);
+    connect(add(mnuFile, "mnuSaveActiveEditorAs", QStringLiteral("Save Active Editor &As")), &QAction::triggered,
+            this, [this] { SaveActiveEditorAs(); });
+    connect(add(mnuFile, "mnuPrintActiveEditor", QStringLiteral("&Print Active Editor")), &QAction::triggered, this,
+            [this] { PrintActiveEditor(); });
     mnuFile->addSeparator();
     connect(add(mnuFile, "mnuClose", QStringLiteral("&Close")), &QAction::triggered, this, [this] {
         if (auto* sub = qobject_cast<QMdiSubWindow*>(parentWidget()))
@@ -463,7 +474,8 @@ void frmCompareFiles::buildMenus()
                         QStringLiteral("&Toggle Difference Viewer (Side By Side vs. All In One)"));
     mnuToggleView->setShortcut(Qt::Key_F6);
     connect(mnuToggleView, &QAction::triggered, this, &frmCompareFiles::cmdChangeViewFormat_Click);
-    add(mnuView, "mnuSwap", QStringLiteral("&Swap Master and Source Text"))->setEnabled(false);
+    connect(add(mnuView, "mnuSwap", QStringLiteral("&Swap Master and Source Text")), &QAction::triggered, this,
+            [this] { SwapOriginalAndModified(); });
     mnuReport = add(mnuView, "mnuReport", QStringLiteral("&Report"));
     mnuReport->setShortcut(Qt::Key_F2);
     connect(mnuReport, &QAction::triggered, this, &frmCompareFiles::cmdViewReport_Click);
@@ -484,8 +496,10 @@ void frmCompareFiles::buildMenus()
     mnuPopup->setObjectName(QStringLiteral("mnuPopup"));
     connect(add(mnuPopup, "mnuPopupLoadFileIntoActiveEditor", QStringLiteral("Load File Into This Editor")),
             &QAction::triggered, this, [this] { PickFileForEditor(mlActiveEditor); });
-    add(mnuPopup, "mnuPopupSaveFileAs", QStringLiteral("Save This Editor As"))->setEnabled(false);
-    add(mnuPopup, "mnuPopupPrintActiveEditor", QStringLiteral("Print This Editor"))->setEnabled(false);
+    connect(add(mnuPopup, "mnuPopupSaveFileAs", QStringLiteral("Save This Editor As")), &QAction::triggered, this,
+            [this] { SaveActiveEditorAs(); });
+    connect(add(mnuPopup, "mnuPopupPrintActiveEditor", QStringLiteral("Print This Editor")), &QAction::triggered,
+            this, [this] { PrintActiveEditor(); });
     mnuPopupCompareSelectedText = add(mnuPopup, "mnuPopupCompareSelectedText", QStringLiteral("&Compare Selected Text"));
     connect(mnuPopupCompareSelectedText, &QAction::triggered, this, &frmCompareFiles::CompareSelectedText);
     mnuPopupReport = add(mnuPopup, "mnuPopupReport", QStringLiteral("&Report"));
@@ -520,6 +534,14 @@ void frmCompareFiles::CompareSelectedText()
     auto* other = target ? qobject_cast<frmCompareFiles*>(target->Form()) : nullptr;
     if (!other)
         return;
+    // The new viewer compares as this one does, but keeps its own section
+    // and its own files.
+    clsCompareFileOptions options = moFileOptions;
+    options.setSection(other->moFileOptions.Section());
+    options.sFileOriginal = other->moFileOptions.sFileOriginal.Data();
+    options.sFileModified = other->moFileOptions.sFileModified.Data();
+    other->moFileOptions = options;
+    other->RefreshCompareOptionsGUI();
     other->rtbOriginal->setTextRTF(original);
     other->rtbModified->setTextRTF(modified);
     other->RefreshDisplay(false, false);
@@ -680,6 +702,28 @@ void frmCompareFiles::showSideBySidePanes()
     rtbAIODiff->view()->hide();
     rtbOriginalDiffFinal->view()->show();
     rtbModifiedDiffFinal->view()->show();
+}
+
+void frmCompareFiles::levelSideBySide()
+{
+    std::vector<tv::DifferenceSpan> records;
+    records.reserve(Result().records().size());
+    for (const filecompare::Difference& d : Result().records())
+        records.push_back({d.kind, d.lf, d.ll, d.rf, d.rl});
+    // A kind shows in the overview in its background colour, or in its text
+    // colour when it has the page's white as background.
+    auto strokeColor = [](std::int32_t fore, std::int32_t back) {
+        const QColor b = tv::colorFromRgb(back);
+        return b.lightness() < 235 ? b : tv::colorFromRgb(fore);
+    };
+    sbsDecorations_->setKindColor(filecompare::kKindAddition, strokeColor(moFileOptions.lViewAdditionForeColor.Data(),
+                                                                          moFileOptions.lViewAdditionBackColor.Data()));
+    sbsDecorations_->setKindColor(filecompare::kKindDeletion, strokeColor(moFileOptions.lViewDeletionForeColor.Data(),
+                                                                          moFileOptions.lViewDeletionBackColor.Data()));
+    sbsDecorations_->setKindColor(filecompare::kKindChange,
+                                  strokeColor(moFileOptions.lViewChangeForeColorModified.Data(),
+                                              moFileOptions.lViewChangeBackColorModified.Data()));
+    sbsDecorations_->setRecords(std::move(records));
 }
 
 void frmCompareFiles::showAllInOnePane()

@@ -297,10 +297,12 @@ void frmCompareFiles::RunCompare(bool bShowDifference)
         // it is done.
         renderer().render(Result());
         (SideBySideShowing() ? mbSideBySideFresh : mbAllInOneFresh) = true;
-        if (SideBySideShowing())
+        if (SideBySideShowing()) {
             showSideBySidePanes();
-        else
+            levelSideBySide();
+        } else {
             showAllInOnePane();
+        }
         // A large document is held in up to six boxes during a run.
         rtbOriginalDiff->setTextRTF(RichText());
         rtbModifiedDiff->setTextRTF(RichText());

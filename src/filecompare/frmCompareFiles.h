@@ -59,6 +59,7 @@ class clsVarString;
 
 namespace filecompare {
 class DividerLabel;
+class SideBySideDecorations;
 class SpinScrollControl;
 class StatusPanel;
 class DiffRenderer;
@@ -207,6 +208,19 @@ public:
     bool WarnedAboutHTML() const { return bWarnedAboutHTMLAlready; }
     qint32 LastFileFilterIndex() const { return lLastSelectedFileFilterIndex; }
 
+    // --- whole editors (FileCompareEditing.cpp) -------------------------------------
+    // Asks for a file and writes the active editor to it in the chosen
+    // format. A file of this comparison is replaced only when the user says
+    // so; a read-only file or a failed write is reported and leaves the old
+    // file as it was. True when a file was written.
+    bool SaveActiveEditorAs();
+    // The print dialog, with the margins on a tab of their own, then the
+    // active editor on the chosen printer.
+    void PrintActiveEditor();
+    // Original and Modified change places, documents, paths and all, and
+    // the comparison runs again.
+    void SwapOriginalAndModified();
+
     // --- reports (FileCompareReports.cpp) --------------------------------------------
     // Compares the editors again and has the engine write the report; true
     // when it did. A failure shows its message box ("Report Creation Error").
@@ -254,6 +268,9 @@ private:
     void refreshDisplayOnce(bool bReload, bool bShowDifference);
     void showSideBySidePanes();
     void showAllInOnePane();
+    // Paragraph numbers, level spacing and the overview of the side-by-side
+    // panes, for the records they now show.
+    void levelSideBySide();
     void coupleScrolling(RichTextBox* from, RichTextBox* to, bool fromOriginal);
     void closeIfAsked();
     bool loadSideFile(const QString& sFile, qint32 lEditor, clsVarString& lastFile, clsMRU& mru, QComboBox* combo);
@@ -314,6 +331,7 @@ private:
     // here for the compare.
     bool textOnlyLoads_ = false;
     std::array<std::optional<QString>, 2> heldText_;
+    filecompare::SideBySideDecorations* sbsDecorations_ = nullptr;
     bool closeWhenIdle_ = false;
     bool ready_ = false;
     bool couplingScroll_ = false;

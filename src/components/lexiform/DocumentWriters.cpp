@@ -117,7 +117,7 @@ QByteArray writeHtml(const Document& doc)
     return out.toUtf8();
 }
 
-bool writeDocx(const Document& doc, const QString& path)
+QByteArray docxBytes(const Document& doc)
 {
     QString body;
     for (const Paragraph& p : doc.paragraphs) {
@@ -189,15 +189,13 @@ bool writeDocx(const Document& doc, const QString& path)
         "Type=\"http://schemas.openxmlformats.org/officeDocument/2006/relationships/officeDocument\" "
         "Target=\"word/document.xml\"/></Relationships>");
 
-    // Built beside the target and renamed over it, so that a failure leaves
-    // the old file alone.
     zip_source_t* out = zip_source_buffer_create(nullptr, 0, 0, nullptr);
     if (!out)
-        return false;
+        return {};
     zip_t* z = zip_open_from_source(out, ZIP_TRUNCATE, nullptr);
     if (!z) {
         zip_source_free(out);
-        return false;
+        return {};
     }
     zip_source_keep(out);
     const bool ok = addMember(z, "[Content_Types].xml", contentTypes) && addMember(z, "_rels/.rels", rels)
@@ -205,7 +203,7 @@ bool writeDocx(const Document& doc, const QString& path)
     if (!ok || zip_close(z) != 0) {
         zip_discard(z);
         zip_source_free(out);
-        return false;
+        return {};
     }
     QByteArray bytes;
     if (zip_source_open(out) == 0) {
@@ -219,6 +217,14 @@ bool writeDocx(const Document& doc, const QString& path)
         zip_source_close(out);
     }
     zip_source_free(out);
+    return bytes;
+}
+
+bool writeDocx(const Document& doc, const QString& path)
+{
+    // Built in memory and written through the safe write, so that a failure
+    // leaves the old file alone.
+    const QByteArray bytes = docxBytes(doc);
     return !bytes.isEmpty() && writeFileBytes(path, bytes);
 }
 

@@ -16,7 +16,9 @@ QByteArray writePlainText(const Document& doc);
 // styles so that any browser or word processor shows them.
 QByteArray writeHtml(const Document& doc);
 
-// A minimal Word document (Office Open XML) with the runs and their formats.
+// A minimal Word document (Office Open XML) with the runs and their formats;
+// empty when the package could not be built.
+QByteArray docxBytes(const Document& doc);
 bool writeDocx(const Document& doc, const QString& path);
 
 } // namespace lexiform
