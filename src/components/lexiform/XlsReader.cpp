@@ -1,5 +1,6 @@
 #include "components/lexiform/XlsReader.h"
 
+#include "components/lexiform/ChildProcess.h"
 #include "components/lexiform/CsvText.h"
 #include "components/lexiform/ExternalPrograms.h"
 #include "components/lexiform/NumberFormat.h"
@@ -7,20 +8,11 @@
 
 #include <QFile>
 #include <QFileInfo>
-#include <cerrno>
-#include <chrono>
-#include <csignal>
 #include <cstring>
-#include <fcntl.h>
 #include <filesystem>
 #include <optional>
-#include <poll.h>
-#include <spawn.h>
 #include <string>
-#include <sys/wait.h>
 #include <unistd.h>
-
-extern char** environ;
 
 #ifndef TALLYVANE_XLS_READER_FROM_BIN
 #define TALLYVANE_XLS_READER_FROM_BIN "../libexec/tallyvane/tallyvane-xls-reader"
@@ -123,117 +115,23 @@ std::string sheetArgument(const RangeList& sheets)
     return arg.empty() ? "0-0" : arg;
 }
 
-struct Fd {
-    ~Fd()
-    {
-        if (fd >= 0)
-            ::close(fd);
-    }
-    int fd = -1;
-};
-
 // Runs the reader on `path`; Ok with its whole output, else SourceInvalid
 // (with the reason when it is more than "FreeXL refused the file").
 int runReader(const QString& reader, const QString& path, const SheetRequest& request, std::string& output)
 {
     const long long allowed = outputAllowanceBytes + outputRatio * std::max<qint64>(0, QFileInfo(path).size());
-    int fds[2];
-    if (::pipe2(fds, O_CLOEXEC) != 0) {
-        setReason(request, QStringLiteral("the .xls reader could not be started: %1").arg(QString::fromLocal8Bit(std::strerror(errno))));
-        return SourceInvalid;
+    ChildRun run = runChild(reader, {QFileInfo(path).absoluteFilePath(), QString::fromStdString(sheetArgument(request.sheets))},
+                            readerTimeoutMs, allowed);
+    if (run.succeeded()) {
+        output = std::move(run.output);
+        return Ok;
     }
-    Fd readEnd{fds[0]};
-    Fd writeEnd{fds[1]};
-
-    // posix_spawn, not fork: the find engine reads workbooks from several
-    // threads at once, and only a spawn is safe in a threaded process. The
-    // pipe's ends close on exec, so a reader started by another thread never
-    // holds this one's pipe open.
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_adddup2(&actions, writeEnd.fd, STDOUT_FILENO);
-    posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
-    posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
-    posix_spawnattr_t attr;
-    posix_spawnattr_init(&attr);
-    sigset_t none, all;
-    sigemptyset(&none);
-    sigfillset(&all);
-    posix_spawnattr_setsigmask(&attr, &none);
-    posix_spawnattr_setsigdefault(&attr, &all);
-    posix_spawnattr_setflags(&attr, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
-
-    const QByteArray program = QFile::encodeName(reader);
-    const QByteArray file = QFile::encodeName(QFileInfo(path).absoluteFilePath());
-    std::string sheets = sheetArgument(request.sheets);
-    char* argv[] = {const_cast<char*>(program.constData()), const_cast<char*>(file.constData()), sheets.data(),
-                    nullptr};
-    pid_t pid = -1;
-    const int spawned = posix_spawn(&pid, program.constData(), &actions, &attr, argv, environ);
-    posix_spawn_file_actions_destroy(&actions);
-    posix_spawnattr_destroy(&attr);
-    if (spawned != 0) {
-        setReason(request, QStringLiteral("the .xls reader could not be started: %1").arg(QString::fromLocal8Bit(std::strerror(spawned))));
-        return SourceInvalid;
-    }
-    ::close(writeEnd.fd);
-    writeEnd.fd = -1;
-
-    QString stopped;
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(readerTimeoutMs);
-    char chunk[1 << 16];
-    for (;;) {
-        const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now());
-        if (left.count() <= 0) {
-            stopped = QStringLiteral("the .xls reader did not finish within %1 seconds").arg(readerTimeoutMs / 1000);
-            break;
-        }
-        pollfd p{readEnd.fd, POLLIN, 0};
-        const int ready = ::poll(&p, 1, int(left.count()));
-        if (ready < 0 && errno != EINTR) {
-            stopped = QStringLiteral("reading from the .xls reader failed: %1").arg(QString::fromLocal8Bit(std::strerror(errno)));
-            break;
-        }
-        if (ready <= 0)
-            continue;
-        const ssize_t n = ::read(readEnd.fd, chunk, sizeof chunk);
-        if (n == 0)
-            break;
-        if (n < 0) {
-            if (errno == EINTR || errno == EAGAIN)
-                continue;
-            stopped = QStringLiteral("reading from the .xls reader failed: %1").arg(QString::fromLocal8Bit(std::strerror(errno)));
-            break;
-        }
-        if ((long long)(output.size() + std::size_t(n)) > allowed) {
-            stopped = QStringLiteral("the .xls reader's output passed the %1 MB allowed for this file")
-                          .arg(allowed >> 20);
-            break;
-        }
-        output.append(chunk, std::size_t(n));
-    }
-    if (!stopped.isEmpty())
-        ::kill(pid, SIGKILL);
-    int status = 0;
-    while (::waitpid(pid, &status, 0) < 0 && errno == EINTR) {
-    }
-    if (!stopped.isEmpty()) {
-        setReason(request, stopped);
-        return SourceInvalid;
-    }
-    if (WIFSIGNALED(status)) {
-        const int sig = WTERMSIG(status);
-        setReason(request, QStringLiteral("the .xls reader stopped on signal %1 (%2)")
-                               .arg(sig)
-                               .arg(QString::fromLocal8Bit(strsignal(sig))));
-        return SourceInvalid;
-    }
-    if (!WIFEXITED(status) || WEXITSTATUS(status) != 0) {
-        if (WIFEXITED(status) && WEXITSTATUS(status) != frames::ExitInvalid)
-            setReason(request, QStringLiteral("the .xls reader failed with exit status %1").arg(WEXITSTATUS(status)));
-        return SourceInvalid;
-    }
-    return Ok;
+    // Exit status 1 is FreeXL refusing the file: invalid, as any reader says.
+    if (run.end == ChildRun::Exited && run.code != frames::ExitInvalid)
+        setReason(request, QStringLiteral("the .xls reader failed with exit status %1").arg(run.code));
+    else if (run.end != ChildRun::Exited)
+        setReason(request, run.failure(QStringLiteral("the .xls reader")));
+    return SourceInvalid;
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 // come back as invalid files, and so does anything a reader that died, hung
 // or went astray sends back.
 
+#include "components/lexiform/ChildProcess.h"
 #include "components/lexiform/XlsFrames.h"
 #include "components/lexiform/XlsReader.h"
 #include "support/testsupport.h"
@@ -9,6 +10,7 @@
 #include <QFile>
 #include <cstring>
 #include <gtest/gtest.h>
+#include <csignal>
 #include <sys/stat.h>
 
 using namespace lexiform;
@@ -190,4 +192,17 @@ TEST(XlsReader, FramesDecodeOnlyWhenWhole)
     SheetRequest small = allSheets(&reason);
     small.limits.maxCells = 4;
     EXPECT_EQ(decodeXlsFrames(whole, small, formula, book), SourceInvalid);
+}
+
+TEST(ChildProcess, EndsWhenTheChildExitsEvenIfItsOwnChildKeepsThePipe)
+{
+    // Like an office suite leaving a helper behind: the output is there and
+    // the run is over once the program itself has exited.
+    tvtest::TempDir tmp;
+    const std::string pidFile = tmp.file("helper.pid");
+    const std::string program = script(tmp, "leaves-helper", "sleep 600 & echo $! > " + pidFile + "\necho done");
+    const ChildRun run = runChild(q(program), {}, 120'000, 1 << 20);
+    ::kill(std::stoi(tvtest::readFile(pidFile)), SIGKILL);
+    EXPECT_TRUE(run.succeeded()) << run.failure(QStringLiteral("it")).toStdString();
+    EXPECT_EQ(run.output, "done\n");
 }
