@@ -18,8 +18,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     request.limits.limitReason = &reason;
     lexiform::WorkbookContent book;
     const std::string_view frames(reinterpret_cast<const char*>(data), size);
-    const int rc = lexiform::decodeXlsFrames(frames, request, [](int, unsigned, unsigned short) { return QStringLiteral("f"); },
-                                             book);
+    const auto formula = [](int, unsigned, unsigned short) { return QStringLiteral("f"); };
+    const int rc = lexiform::decodeXlsFrames(frames, request, formula, book);
     if (rc != lexiform::Ok && rc != lexiform::SourceInvalid)
         abort();
     long long cells = 0;

@@ -41,7 +41,10 @@ QString ChildRun::failure(const QString& who) const
     case NotStarted:
         return QStringLiteral("%1 could not be started: %2").arg(who, errorText(code));
     case Signalled:
-        return QStringLiteral("%1 stopped on signal %2 (%3)").arg(who).arg(code).arg(QString::fromLocal8Bit(strsignal(code)));
+        return QStringLiteral("%1 stopped on signal %2 (%3)")
+            .arg(who)
+            .arg(code)
+            .arg(QString::fromLocal8Bit(strsignal(code)));
     case TimedOut:
         return QStringLiteral("%1 did not finish within %2 seconds").arg(who).arg(code);
     case TooMuchOutput:

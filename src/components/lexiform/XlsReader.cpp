@@ -120,8 +120,9 @@ std::string sheetArgument(const RangeList& sheets)
 int runReader(const QString& reader, const QString& path, const SheetRequest& request, std::string& output)
 {
     const long long allowed = outputAllowanceBytes + outputRatio * std::max<qint64>(0, QFileInfo(path).size());
-    ChildRun run = runChild(reader, {QFileInfo(path).absoluteFilePath(), QString::fromStdString(sheetArgument(request.sheets))},
-                            readerTimeoutMs, allowed);
+    const QStringList arguments = {QFileInfo(path).absoluteFilePath(),
+                                   QString::fromStdString(sheetArgument(request.sheets))};
+    ChildRun run = runChild(reader, arguments, readerTimeoutMs, allowed);
     if (run.succeeded()) {
         output = std::move(run.output);
         return Ok;
@@ -236,7 +237,8 @@ int readXls(const QString& path, const SheetRequest& request, WorkbookContent& o
     out = {};
     const QString reader = xlsReaderPath();
     if (reader.isEmpty()) {
-        setReason(request, QStringLiteral("%1, which reads .xls files, is not installed").arg(QLatin1String(frames::ReaderName)));
+        setReason(request,
+                  QStringLiteral("%1, which reads .xls files, is not installed").arg(QLatin1String(frames::ReaderName)));
         return SourceInvalid;
     }
     std::string output;
