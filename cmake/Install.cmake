@@ -28,6 +28,16 @@ set_source_files_properties(${PROJECT_SOURCE_DIR}/src/core/Places.cpp DIRECTORY 
 
 install(TARGETS tallyvane tallyvane-diff tallyvane-convert RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 
+# The .xls reader is a helper the programs start, not a command for users:
+# it goes into the helper folder, found from the programs' own folder.
+set(tv_helperdir ${CMAKE_INSTALL_LIBEXECDIR}/tallyvane)
+install(TARGETS tallyvane-xls-reader RUNTIME DESTINATION ${tv_helperdir})
+file(RELATIVE_PATH tv_xls_reader_from_bin ${CMAKE_INSTALL_FULL_BINDIR}
+     ${CMAKE_INSTALL_FULL_LIBEXECDIR}/tallyvane/tallyvane-xls-reader)
+set_source_files_properties(${PROJECT_SOURCE_DIR}/src/components/lexiform/XlsReader.cpp
+  DIRECTORY ${PROJECT_SOURCE_DIR}/src
+  PROPERTIES COMPILE_DEFINITIONS "TALLYVANE_XLS_READER_FROM_BIN=\"${tv_xls_reader_from_bin}\"")
+
 install(FILES ${tv_res}/tallyvane.desktop DESTINATION ${CMAKE_INSTALL_DATADIR}/applications)
 
 set(TALLYVANE_APPSTREAM_ID example.merrowgate.tallyvane)

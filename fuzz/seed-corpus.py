@@ -68,3 +68,18 @@ put("cmdline", "folders", b"-D\0-M\0A\0-S\0B\0-X\0-V\0-I\0-W")
 put("cmdline", "sheets", b"a.xlsx\0b.xlsx\0-ES1\0-EM2\0-ERM1-3\0-ECS2,4")
 put("pattern", "several", b"*.txt *.c?? ;readme*\nREADME.md")
 put("pattern", "stars", b"a*b*c*d*e*f*?\naxbxcxdxexfxg")
+
+# What the .xls reader sends back: a book of two sheets, every kind of cell.
+import struct
+def cell(tag, row, col, tail=b""):
+    return tag + struct.pack("<IH", row, col) + tail
+def text(s):
+    b = s.encode()
+    return struct.pack("<I", len(b)) + b
+frames = (b"B" + struct.pack("<I", 2)
+          + b"S" + struct.pack("<I", 1) + text("Costs")
+          + cell(b"T", 0, 0, text("Item")) + cell(b"I", 0, 1, struct.pack("<q", -42))
+          + cell(b"D", 1, 0, struct.pack("<d", 1.5)) + cell(b"N", 1, 1)
+          + b"S" + struct.pack("<I", 2) + text("") + cell(b"T", 3, 2, text("Zürich"))
+          + b"Z")
+put("xlsframes", "two-sheets", frames)

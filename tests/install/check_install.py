@@ -15,6 +15,8 @@ import tempfile
 import xml.etree.ElementTree as ET
 
 PROGRAMS = ["tallyvane", "tallyvane-diff", "tallyvane-convert"]
+# Programs the installed ones start, kept out of the users' PATH.
+HELPERS = ["libexec/tallyvane/tallyvane-xls-reader"]
 ICON_SIZES = [16, 22, 24, 32, 48, 64, 128, 256, 512]
 
 failures = []
@@ -80,7 +82,7 @@ def main():
         # The product and nothing else: no libraries, headers or test
         # programs slip into a package.
         metainfo = [f for f in installed if f.startswith("share/metainfo/")]
-        expected = {f"bin/{p}" for p in PROGRAMS}
+        expected = {f"bin/{p}" for p in PROGRAMS} | set(HELPERS)
         expected |= {f"share/man/man1/{p}.1.gz" for p in PROGRAMS}
         expected |= {"share/applications/tallyvane.desktop",
                      "share/icons/hicolor/scalable/apps/tallyvane.svg",
@@ -91,8 +93,7 @@ def main():
         expected |= set(metainfo)
         check(not (expected - installed), f"not installed: {sorted(expected - installed)}")
         check(not (installed - expected), f"installed but not expected: {sorted(installed - expected)}")
-        for p in PROGRAMS:
-            path = os.path.join(prefix, "bin", p)
+        for path in [os.path.join(prefix, "bin", p) for p in PROGRAMS] + [os.path.join(prefix, h) for h in HELPERS]:
             check(os.access(path, os.X_OK), f"{path} is not executable")
 
         for s in ICON_SIZES:

@@ -1,8 +1,9 @@
 #include "components/lexiform/ExternalPrograms.h"
 
+#include "components/lexiform/ChildProcess.h"
+
 #include <QDir>
 #include <QFileInfo>
-#include <QProcess>
 #include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QUrl>
@@ -23,26 +24,18 @@ struct Outcome {
     QByteArray output;
 };
 
+// What a converter prints is text of the document: far below this even for
+// the largest, but a damaged file must not make it fill the memory.
+constexpr long long maxProgramOutput = 1LL << 30;
+
 Outcome run(const QString& program, const QStringList& arguments, int timeoutMs)
 {
     Outcome o;
-    QProcess p;
-    p.setProgram(program);
-    p.setArguments(arguments);
-    p.setProcessChannelMode(QProcess::SeparateChannels);
-    p.setStandardInputFile(QProcess::nullDevice());
-    p.start(QIODevice::ReadOnly);
-    if (!p.waitForStarted(10000))
-        return o;
-    o.started = true;
-    if (!p.waitForFinished(timeoutMs)) {
-        p.kill();
-        p.waitForFinished(5000);
-        return o;
-    }
-    o.finished = p.exitStatus() == QProcess::NormalExit;
-    o.exitCode = p.exitCode();
-    o.output = p.readAllStandardOutput();
+    ChildRun child = runChild(program, arguments, timeoutMs, maxProgramOutput);
+    o.started = child.end != ChildRun::NotStarted;
+    o.finished = child.end == ChildRun::Exited;
+    o.exitCode = child.code;
+    o.output = QByteArray::fromStdString(child.output);
     return o;
 }
 
