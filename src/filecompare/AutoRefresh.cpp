@@ -2,11 +2,14 @@
 
 #include <QDir>
 #include <QElapsedTimer>
+#include <QFile>
 #include <QFileInfo>
 #include <QFileSystemWatcher>
 #include <QTimer>
 
 #include <memory>
+
+#include <sys/stat.h>
 
 namespace filecompare {
 
@@ -28,9 +31,8 @@ AutoRefresh::AutoRefresh(StalePredicate isStale, QObject* parent, Clock clock)
     settleTimer_->setInterval(int(kSettleMs));
     connect(settleTimer_, &QTimer::timeout, this, &AutoRefresh::settle);
     watcher_ = new QFileSystemWatcher(this);
-    connect(watcher_, &QFileSystemWatcher::fileChanged, this, [this](const QString& p) { noteEvent(p, true); });
-    connect(watcher_, &QFileSystemWatcher::directoryChanged, this,
-            [this](const QString& p) { noteEvent(p, false); });
+    connect(watcher_, &QFileSystemWatcher::fileChanged, this, &AutoRefresh::noteEvent);
+    connect(watcher_, &QFileSystemWatcher::directoryChanged, this, &AutoRefresh::noteEvent);
 }
 
 AutoRefresh::~AutoRefresh() = default;
@@ -75,7 +77,6 @@ void AutoRefresh::watchFiles(const QString& original, const QString& modified)
     paths_ = {original, modified};
     for (int i = 0; i < 2; ++i) {
         stamps_[i] = stampOf(paths_[i]);
-        touched_[i] = false;
         reportedMissing_[i] = false;
     }
     rewatch();
@@ -84,14 +85,13 @@ void AutoRefresh::watchFiles(const QString& original, const QString& modified)
 AutoRefresh::Stamp AutoRefresh::stampOf(const QString& path)
 {
     Stamp s;
-    if (path.isEmpty())
-        return s;
-    const QFileInfo fi(path);
-    if (!fi.isFile())
+    struct stat st {};
+    if (path.isEmpty() || ::stat(QFile::encodeName(path).constData(), &st) != 0 || !S_ISREG(st.st_mode))
         return s;
     s.exists = true;
-    s.size = fi.size();
-    s.modified = fi.lastModified();
+    s.inode = quint64(st.st_ino);
+    s.size = qint64(st.st_size);
+    s.mtimeNs = qint64(st.st_mtim.tv_sec) * 1000000000 + st.st_mtim.tv_nsec;
     return s;
 }
 
@@ -125,15 +125,10 @@ void AutoRefresh::rewatch()
         watcher_->addPaths(dirs);
 }
 
-void AutoRefresh::noteEvent(const QString& path, bool fileEvent)
+void AutoRefresh::noteEvent()
 {
     if (!on_)
         return;
-    if (fileEvent) {
-        for (int i = 0; i < 2; ++i)
-            if (!paths_[i].isEmpty() && QFileInfo(paths_[i]).absoluteFilePath() == path)
-                touched_[i] = true;
-    }
     pending_ = true;
     lastEventMs_ = clock_();
     settleTimer_->start();
@@ -153,8 +148,6 @@ void AutoRefresh::settle()
         if (paths_[i].isEmpty())
             continue;
         const Stamp now = stampOf(paths_[i]);
-        const bool wasTouched = touched_[i];
-        touched_[i] = false;
         if (!now.exists) {
             stamps_[i] = now;
             if (!reportedMissing_[i]) {
@@ -163,7 +156,7 @@ void AutoRefresh::settle()
             }
             continue;
         }
-        changed[i] = wasTouched || reportedMissing_[i] || !(now == stamps_[i]);
+        changed[i] = reportedMissing_[i] || !(now == stamps_[i]);
         reportedMissing_[i] = false;
         stamps_[i] = now;
         if (changed[i]) {

@@ -8,10 +8,10 @@
 // looks at no file. File events come in bursts (an editor that saves by
 // writing a new file and renaming it over the old one sends a removal and a
 // creation), so they settle for a moment and are then handed on once, for
-// the sides whose file really changed. The settling reads a clock that tests
-// replace.
+// the sides whose file really changed: what decides is the file's identity
+// and time, not the event, so stragglers of a burst already handed on
+// change nothing. The settling reads a clock that tests replace.
 
-#include <QDateTime>
 #include <QObject>
 #include <QString>
 
@@ -68,15 +68,18 @@ signals:
     void fileMissing(int side, const QString& path);
 
 private:
+    // What tells one version of a file from the next: a rename-save gives
+    // a new inode, a rewrite a new time (in nanoseconds) or size.
     struct Stamp {
         bool exists = false;
+        quint64 inode = 0;
         qint64 size = -1;
-        QDateTime modified;
+        qint64 mtimeNs = 0;
         bool operator==(const Stamp&) const = default;
     };
     static Stamp stampOf(const QString& path);
     void rewatch();
-    void noteEvent(const QString& path, bool fileEvent);
+    void noteEvent();
     void applyTimer();
 
     StalePredicate isStale_;
@@ -89,9 +92,6 @@ private:
 
     std::array<QString, 2> paths_;
     std::array<Stamp, 2> stamps_;
-    // A file event on the path itself: its contents changed even when size
-    // and time happen to match.
-    std::array<bool, 2> touched_{};
     std::array<bool, 2> reportedMissing_{};
     bool pending_ = false;
     qint64 lastEventMs_ = 0;
