@@ -74,6 +74,10 @@ void AutoRefresh::tick()
 
 void AutoRefresh::watchFiles(const QString& original, const QString& modified)
 {
+    // The same pair again keeps its stamps, so a change not yet handed on
+    // is not forgotten.
+    if (on_ && paths_[0] == original && paths_[1] == modified)
+        return;
     paths_ = {original, modified};
     for (int i = 0; i < 2; ++i) {
         stamps_[i] = stampOf(paths_[i]);

@@ -87,8 +87,13 @@ frmCompareFilesFindReplace::frmCompareFilesFindReplace(QWidget* parent)
 
 void frmCompareFilesFindReplace::SetTarget(RichTextBox* box)
 {
+    if (box == owner_)
+        return;
+    // Copied when a search needs it: a click into a large editor should not
+    // cost a copy of its text.
     owner_ = box;
-    rebuildText();
+    sText.clear();
+    textStale_ = true;
 }
 
 // --- searching ---------------------------------------------------------------------------
@@ -143,6 +148,7 @@ QString frmCompareFilesFindReplace::prepared(const QString& s) const
 void frmCompareFilesFindReplace::rebuildText()
 {
     sText = owner_ ? prepared(owner_->Text()) : QString();
+    textStale_ = false;
 }
 
 void frmCompareFilesFindReplace::selectHit(qint32 hit)
@@ -189,6 +195,8 @@ bool frmCompareFilesFindReplace::Command1_Click()
     showStatus(QString());
     if (!owner_)
         return false;
+    if (textStale_)
+        rebuildText();
     const bool whole = Check1->isChecked();
     qint32 hit = Search(sText, sFind, lPosition + 1, whole);
     if (hit == 0) {

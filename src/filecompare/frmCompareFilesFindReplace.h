@@ -73,6 +73,7 @@ private:
     QString sReplace;
     QString sText;
     qint32 lPosition = 0;
+    bool textStale_ = true;
 
     QLineEdit* Text1 = nullptr;
     QLineEdit* Text2 = nullptr;
