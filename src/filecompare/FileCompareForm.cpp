@@ -2,6 +2,7 @@
 
 #include "filecompare/FileCompareWidgets.h"
 #include "filecompare/frmCompareFiles.h"
+#include "filecompare/frmCompareFilesFindReplace.h"
 #include "settings/IniStore.h"
 #include "core/Places.h"
 #include "core/modGlobal.h"
@@ -83,6 +84,7 @@ frmCompareFiles::frmCompareFiles(QWidget* parent)
     setAttribute(Qt::WA_DeleteOnClose, false);
     buildControls();
     buildMenus();
+    wireFindAndReplace();
     Form_Load();
 }
 
@@ -344,6 +346,8 @@ bool frmCompareFiles::eventFilter(QObject* watched, QEvent* event)
     case QEvent::FocusIn:
     case QEvent::MouseButtonPress:
         mlActiveEditor = id.toInt();
+        if (findReplace_)
+            findReplace_->SetTarget(EditorBox(mlActiveEditor));
         RefreshStatusBarItems();
         break;
     case QEvent::MouseButtonRelease:
