@@ -97,8 +97,8 @@ CompareOptionsPage::CompareOptionsPage(clsCompareFileOptions& options, QWidget* 
     right->addWidget(buildFormatGroup(inner));
     right->addWidget(buildSpreadsheetGroup(inner));
     right->addStretch(1);
-    columns->addLayout(left, 1);
-    columns->addLayout(right, 1);
+    columns->addLayout(left, 2);
+    columns->addLayout(right, 3);
     scroll->setWidget(inner);
     auto* outer = new QVBoxLayout(this);
     outer->setContentsMargins(0, 0, 0, 0);
@@ -145,9 +145,10 @@ QWidget* CompareOptionsPage::buildCompareGroup(QWidget* parent)
     option(g, "cbRemoveFormatting", QStringLiteral("Remove Formatting (Pure text comparison)"),
            o.bRemoveFormatting, false);
     option(g, "cbHTMLCompareSource", QStringLiteral("Compare HTML Source"), o.bHTMLCompareSource, true);
-    // A byte-for-byte answer instead of a list of differences: another
-    // compare altogether, so the view goes stale.
-    option(g, "cbQuickCompare", QStringLiteral("&Quick Compare (Binary File)"), o.bQuickCompare, true);
+    // Kept for the command line's -Q; the viewer always compares line by
+    // line, so the view stays as fresh as it was.
+    option(g, "cbQuickCompare", QStringLiteral("&Quick Compare (Binary File)"), o.bQuickCompare, false)
+        ->setToolTip(QStringLiteral("Kept with your settings; the viewer always compares line by line."));
     for (auto& [cb, member] : boxes_)
         l->addWidget(cb);
 
@@ -180,6 +181,11 @@ QWidget* CompareOptionsPage::buildShowGroup(QWidget* parent)
            o.bSelectTextInDiffViewer, false);
     option(g, "cbShowReportOnly", QStringLiteral("&Show Report Only"), o.bShowReportOnly, false);
     option(g, "cbBeepWhenDone", QStringLiteral("&Beep When Done"), o.bBeepWhenDone, false);
+    // The four kinds are always drawn; say where the choice really is.
+    for (size_t i = first; i < first + 4; ++i)
+        boxes_[i].first->setToolTip(
+            QStringLiteral("Kept with your settings; to see one kind of difference alone, use the buttons "
+                           "below the panes (All, Additions, Changes, Deletions)."));
     for (size_t i = first; i < boxes_.size(); ++i)
         l->addWidget(boxes_[i].first);
     return g;

@@ -3,6 +3,7 @@
 #include "document/RichTextBox.h"
 #include "shell/modMessageBox.h"
 
+#include <QAction>
 #include <QCheckBox>
 #include <QEvent>
 #include <QGridLayout>
@@ -81,6 +82,11 @@ frmCompareFilesFindReplace::frmCompareFilesFindReplace(QWidget* parent)
     connect(Command2, &QPushButton::clicked, this, &frmCompareFilesFindReplace::Command2_Click);
     connect(cmdReplaceAll, &QPushButton::clicked, this, [this] { cmdReplaceAll_Click(); });
     connect(cmdDone, &QPushButton::clicked, this, &QDialog::close);
+    // F3 goes on finding while the dialog has the focus, as it does in the viewer.
+    auto* again = new QAction(this);
+    again->setShortcut(Qt::Key_F3);
+    connect(again, &QAction::triggered, this, [this] { Command1_Click(); });
+    addAction(again);
     Text1->installEventFilter(this);
     Text2->installEventFilter(this);
 }

@@ -56,7 +56,7 @@ TEST_F(OptionsPageTest, EachControlWritesItsOptionAndOnlyCompareOptionsMakeTheVi
         {"cbShowDeletions", &clsCompareFileOptions::bShowDeletions, true},
         {"cbCompareFormulas", &clsCompareFileOptions::bExcelCompareFormulas, true},
         {"cbHTMLCompareSource", &clsCompareFileOptions::bHTMLCompareSource, true},
-        {"cbQuickCompare", &clsCompareFileOptions::bQuickCompare, true},
+        {"cbQuickCompare", &clsCompareFileOptions::bQuickCompare, false},
         {"cbBeepWhenDone", &clsCompareFileOptions::bBeepWhenDone, false},
         {"cbRemoveFormatting", &clsCompareFileOptions::bRemoveFormatting, false},
         {"cbSelectTextInDiffViewer", &clsCompareFileOptions::bSelectTextInDiffViewer, false},
