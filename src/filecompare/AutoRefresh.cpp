@@ -39,9 +39,13 @@ AutoRefresh::~AutoRefresh() = default;
 
 void AutoRefresh::setOn(bool on)
 {
+    // Saying "on" again (a slider move does) must not drop events that are
+    // still settling.
+    const bool changed = on != on_;
     on_ = on;
     applyTimer();
-    rewatch();
+    if (changed)
+        rewatch();
 }
 
 void AutoRefresh::setPeriodSeconds(int seconds)
