@@ -161,7 +161,7 @@ int main(int argc, char** argv)
         viewer.resize(1400, 900);
         viewer.Setup(QStringLiteral("1_CompareFile"), false);
         if (aio)
-            viewer.cmdChangeViewFormat->setText(QLatin1String(frmCompareFiles::kViewSideBySide));
+            viewer.SetViewMode(frmCompareFiles::ViewMode::AllInOne);
         viewer.show();
         QCoreApplication::processEvents();
 
@@ -190,12 +190,11 @@ int main(int argc, char** argv)
 
         auto fig = [](double wall, double cpu) { return QStringLiteral("%1 (%2)").arg(wall, 0, 'f', 0).arg(cpu, 0, 'f', 0); };
         std::printf("%-10d %-5s %8d %7d %11s %13s %11s %13s\n", n, rtf ? (aio ? "rtf/1" : "rtf") : (aio ? "txt/1" : "text"), sections,
-                    viewer.SkeinMacroDiff.DifferenceCount(), qPrintable(fig(load, loadCpu)),
+                    viewer.Result().count(), qPrintable(fig(load, loadCpu)),
                     qPrintable(fig(refresh, refreshCpu)), qPrintable(fig(paint, paintCpu)),
                     qPrintable(fig(reload, reloadCpu)));
         std::fflush(stdout);
-        if (viewer.mlChangeCount + viewer.mlAdditionCount + viewer.mlDeletionCount
-            != viewer.SkeinMacroDiff.DifferenceCount())
+        if (viewer.AbortRequested())
             std::fprintf(stderr, "not every record was rendered\n");
     }
     return 0;

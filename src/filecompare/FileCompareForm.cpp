@@ -1,5 +1,6 @@
 // Creation, set-up, settings, closing and the viewer's own events.
 
+#include "filecompare/DiffRenderer.h"
 #include "filecompare/FileCompareWidgets.h"
 #include "filecompare/frmCompareFiles.h"
 #include "filecompare/frmCompareFilesFindReplace.h"
@@ -22,28 +23,6 @@
 #include <QTextEdit>
 #include <QThread>
 #include <QTimer>
-
-namespace filecompare {
-
-void DoEvents()
-{
-    QCoreApplication::processEvents(QEventLoop::AllEvents);
-}
-
-void Sleep(int ms)
-{
-    if (ms <= 0)
-        QThread::yieldCurrentThread();
-    else
-        QThread::msleep(ulong(ms));
-}
-
-void Beep()
-{
-    QApplication::beep();
-}
-
-} // namespace filecompare
 
 namespace {
 
@@ -77,6 +56,7 @@ bool readIniDouble(const QString& section, const char* key, double& value)
 
 frmCompareFiles::frmCompareFiles(QWidget* parent)
     : ViewerForm(parent)
+    , moFileOptions(session_.options())
 {
     InitProgramResources();
     setObjectName(QStringLiteral("frmCompareFiles"));
@@ -84,6 +64,8 @@ frmCompareFiles::frmCompareFiles(QWidget* parent)
     setAttribute(Qt::WA_DeleteOnClose, false);
     buildControls();
     buildMenus();
+    buildRenderers();
+    connect(&session_, &filecompare::FileCompareSession::progress, this, &frmCompareFiles::SetPanelText);
     wireFindAndReplace();
     Form_Load();
 }
@@ -92,7 +74,7 @@ frmCompareFiles::~frmCompareFiles()
 {
     // The boxes are children of this widget and go with it; the documents
     // must not outlive their boxes' use.
-    mbAbort = true;
+    session_.abort();
 }
 
 void frmCompareFiles::Form_Load()
@@ -108,19 +90,13 @@ void frmCompareFiles::Form_Load()
     docAIODiff.Setup(rtbAIODiff);
     docAIODiffTemp.Setup(rtbAIODiffTemp);
 
-    if (gsMasterTextFile.isEmpty())
-        gsMasterTextFile = masterTextPath();
-    if (gsSourceTextFile.isEmpty())
-        gsSourceTextFile = sourceTextPath();
-
-    mbAbort = false;
+    session_.clearAbort();
     mbOriginalDirty = true;
     mbModifiedDirty = true;
     mbSideBySideFresh = false;
     mbAllInOneFresh = false;
     mlCurrentDifference = -1;
     mlPreviousDifference = -1;
-    mlChangeCount = mlAdditionCount = mlDeletionCount = 0;
     mlActiveEditor = kOriginal;
 
     // What a new viewer shows until its first compare.
@@ -142,9 +118,54 @@ QList<QMenu*> frmCompareFiles::Menus() const
 
 void frmCompareFiles::Abort()
 {
-    mbAbort = true;
-    // A pending repeat of the run is dropped with it: the user asked to stop.
-    rerunPending_ = false;
+    session_.abort();
+}
+
+void frmCompareFiles::buildRenderers()
+{
+    filecompare::RenderPanes p;
+    p.original = rtbOriginal;
+    p.modified = rtbModified;
+    p.docOriginal = &docOriginal;
+    p.docModified = &docModified;
+    p.deletions = rtbDeletions;
+    p.additions = rtbAdditions;
+    p.changes = rtbChanges;
+    p.originalWork = rtbOriginalDiff;
+    p.modifiedWork = rtbModifiedDiff;
+    p.docOriginalWork = &docOriginalDiff;
+    p.docModifiedWork = &docModifiedDiff;
+    p.originalSection = rtbOriginalDiffTemp;
+    p.modifiedSection = rtbModifiedDiffTemp;
+    p.mergedSection = rtbAIODiffTemp;
+    p.docMergedSection = &docAIODiffTemp;
+    p.originalPane = rtbOriginalDiffFinal;
+    p.modifiedPane = rtbModifiedDiffFinal;
+    p.docOriginalPane = &docOriginalDiffFinal;
+    p.docModifiedPane = &docModifiedDiffFinal;
+    p.merged = rtbAIODiff;
+    p.docMerged = &docAIODiff;
+
+    filecompare::RenderRun run;
+    run.options = &moFileOptions;
+    run.progress = [this](int panel, const QString& text) { SetPanelText(panel, text); };
+    run.stopRequested = [this] {
+        filecompare::DoEvents();
+        return session_.aborted();
+    };
+    run.coupling = &couplingScroll_;
+    sideBySide_ = std::make_unique<filecompare::SideBySideRenderer>(p, run);
+    allInOne_ = std::make_unique<filecompare::AllInOneRenderer>(p, run);
+}
+
+void frmCompareFiles::ShowComparePage()
+{
+    ts->setCurrentIndex(0);
+}
+
+void frmCompareFiles::HideWaitWindow()
+{
+    PleaseWait->hide();
 }
 
 // --- settings ----------------------------------------------------------------------
@@ -242,7 +263,7 @@ void frmCompareFiles::SaveIniFile()
 
 bool frmCompareFiles::QueryUnload()
 {
-    if (runDepth_ == 0)
+    if (!session_.busy())
         return true;
     // Closing in the middle of a run: stop it and close when it has unwound.
     Abort();
@@ -268,7 +289,7 @@ void frmCompareFiles::Form_Unload()
 
 void frmCompareFiles::closeIfAsked()
 {
-    if (closeWhenIdle_ && runDepth_ == 0) {
+    if (closeWhenIdle_ && !session_.busy()) {
         closeWhenIdle_ = false;
         QTimer::singleShot(0, this, [this] {
             if (QWidget* w = parentWidget(); qobject_cast<QMdiSubWindow*>(w))
@@ -289,8 +310,16 @@ RichTextBox* frmCompareFiles::EditorBox(qint32 lEditor) const
     case kModifiedDiffFinal: return rtbModifiedDiffFinal;
     case kOriginal: return rtbOriginal;
     case kModified: return rtbModified;
+    case kDeletions: return rtbDeletions;
+    case kAdditions: return rtbAdditions;
+    case kChanges: return rtbChanges;
     default: return nullptr;
     }
+}
+
+bool frmCompareFiles::EditorDirty(qint32 lEditor) const
+{
+    return lEditor == kOriginal ? mbOriginalDirty : lEditor == kModified && mbModifiedDirty;
 }
 
 clsRTBDocument* frmCompareFiles::EditorDocument(qint32 lEditor)
@@ -328,7 +357,7 @@ void frmCompareFiles::wireEditor(RichTextBox* box, qint32 id)
     view->installEventFilter(this);
     view->viewport()->installEventFilter(this);
     connect(view, &QTextEdit::cursorPositionChanged, this, [this, id] {
-        if (mlActiveEditor == id && runDepth_ == 0)
+        if (mlActiveEditor == id && !session_.busy())
             RefreshStatusBarItems();
     });
 }
@@ -377,7 +406,7 @@ void frmCompareFiles::CompareFiles(const QString& sOriginal, const QString& sMod
     cbSelectOriginal->setEditText(sOriginal);
     cbSelectModified->setEditText(sModified);
     gbRefreshingControls = false;
-    ts->setCurrentIndex(0);
+    ShowComparePage();
     if (ViewerHost* host = ViewerHost::current())
         host->ActivateViewer(this);
     RefreshDisplay(true, true);

@@ -2,6 +2,7 @@
 // The four character formats of a rendered comparison, read from the option
 // set at each use so that a changed option shows at the next render.
 
+#include "filecompare/ComparisonResult.h"
 #include "settings/clsCompareFileOptions.h"
 
 #include <cstdint>
@@ -53,11 +54,6 @@ void FormatSelection(RichTextBox* rtb, const DiffFormat& f);
 // a copy of them at the top of a filtered box (additions, deletions).
 void ColorizeWholeSection(clsRTBDocument& doc, RichTextBox* pane, qint32 first, qint32 last, const DiffFormat& f,
                           RichTextBox* filtered);
-
-// Kinds of difference records, as character codes.
-inline constexpr int kKindAddition = 'a';
-inline constexpr int kKindDeletion = 'd';
-inline constexpr int kKindChange = 'c';
 
 // Progress of step i of n walked from the end: 100/n on the first step,
 // 100.0 on the last.

@@ -88,7 +88,7 @@ void frmCompareFiles::buildControls()
     timerGUI->setObjectName(QStringLiteral("timerGUI"));
     timerGUI->setInterval(500);
     connect(timerGUI, &QTimer::timeout, this, [this] {
-        if (runDepth_ == 0 && isVisible())
+        if (!session_.busy() && isVisible())
             RefreshStatusBarItems();
     });
     timerGUI->start();
@@ -295,14 +295,14 @@ void frmCompareFiles::buildComparePage()
         if (removed == 0 && added == 0)
             return;
         mbOriginalDirty = true;
-        if (runDepth_ == 0)
+        if (!session_.busy())
             SetPanelText(2, QStringLiteral("Diff View not fresh"));
     });
     connect(rtbModified, &RichTextBox::contentsChange, this, [this](int, int removed, int added) {
         if (removed == 0 && added == 0)
             return;
         mbModifiedDirty = true;
-        if (runDepth_ == 0)
+        if (!session_.busy())
             SetPanelText(2, QStringLiteral("Diff View not fresh"));
     });
 
@@ -692,7 +692,7 @@ void frmCompareFiles::showAllInOnePane()
 
 void frmCompareFiles::coupleScrolling(RichTextBox* from, RichTextBox* to, bool fromOriginal)
 {
-    if (couplingScroll_ || runDepth_ > 0 || placingEditors_ || SkeinMacroDiff.DifferenceCount() == 0)
+    if (couplingScroll_ || session_.busy() || placingEditors_ || Result().empty())
         return;
     const bool editors = from == rtbOriginal || from == rtbModified;
     // The records describe the editors as they were compared: once an editor

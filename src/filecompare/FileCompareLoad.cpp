@@ -1,6 +1,6 @@
-// The road of a file into an editor: staged as the work file Temp.RTF by the
-// conversion routines (converted, or copied as it is), checked, then loaded
-// by the editor's document.
+// A file into an editor: staged by the session as the work file Temp.RTF
+// (converted, or copied as it is, and checked), then loaded by the editor's
+// document, built on a worker when both editors load together.
 
 #include "conversion/LoadPipeline.h"
 #include "filecompare/FileCompareWidgets.h"
@@ -33,31 +33,6 @@ const char* const kLoadFilter =
     "All Files (*.*)|*.*|Text (*.txt;*.C;*.cpp etc)|*.txt;*.C;*.cpp;*.frm|MS Word (*.doc)|*.doc|"
     "Adobe Arobat (*.PDF)|*.PDF|MS Excel (*.XLS)|*.XLS|Rich Text Format(*.RTF)|*.RTF|"
     "HTML (*.htm;*.html)|*.htm;*.html";
-
-void report(const QString& message)
-{
-    LogMessage(message, gsClLogFile, gbClVerbose);
-}
-
-// What the editor would be given: refused when it is no text at all, as a
-// program, an image or an archive copied as it stands: NUL bytes in the
-// first part without a wide-text byte order mark.
-bool stagedFileIsBinary(const QString& staged)
-{
-    QFile f(staged);
-    if (!f.open(QIODevice::ReadOnly))
-        return false;
-    const QByteArray head = f.read(64 * 1024);
-    if (head.startsWith("\xFF\xFE") || head.startsWith("\xFE\xFF") || head.startsWith(QByteArray("\x00\x00\xFE\xFF", 4)))
-        return false;
-    return head.contains('\0');
-}
-
-bool stagedFileIsRichText(const QString& staged)
-{
-    QFile f(staged);
-    return f.open(QIODevice::ReadOnly) && f.read(5) == "{\\rtf";
-}
 
 // Plain text (source code, spreadsheet rows padded into columns, the text
 // of a PDF) is laid out in columns by its blanks: it reads as it was meant
@@ -169,46 +144,31 @@ bool frmCompareFiles::LoadFileIntoEditor(const QString& sFile, qint32 lEditor)
 {
     filecompare::BusyCursor busy;
     filecompare::DoEvents();
-    if (sFile.isEmpty()) {
-        report(QStringLiteral("Unable to load file. Filename empty"));
-        return false;
-    }
     const QString sTemp = tempRtfPath();
-    if (lEditor == kOriginal || lEditor == kModified) {
-        const bool original = lEditor == kOriginal;
-        if (!ConvertFileIfNecessary(sFile, sTemp, moFileOptions, original))
-            return false;
-        // A file chosen in the picker is remembered like one typed in.
-        (original ? moFileOptions.sFileOriginal : moFileOptions.sFileModified) = sFile;
-        (original ? mruOriginal : mruModified).AddUniqueItemToCollection(sFile);
-    } else if (!StageFileForDiffPane(mConversionControls, sFile, sTemp, ConversionOptionsFrom(moFileOptions))) {
+    const bool editor = lEditor == kOriginal || lEditor == kModified;
+    const filecompare::FileCompareSession::Staged staged =
+        editor ? session_.stageForEditor(sFile, sTemp, lEditor == kOriginal) : session_.stageForPane(sFile, sTemp);
+    if (!staged.ok)
         return false;
-    }
-    if (lEditor == kOriginal || lEditor == kModified)
-        RemoveBlankLinesAfterLoad(mConversionControls, sFile, sTemp, ConversionOptionsFrom(moFileOptions));
-    if (stagedFileIsBinary(sTemp)) {
-        report(QStringLiteral("LoadFileIntoEditor(): Unable to load file: it holds no text.\n\n") + sFile);
-        return false;
-    }
+    if (editor)
+        (lEditor == kOriginal ? mruOriginal : mruModified).AddUniqueItemToCollection(sFile);
     RichTextBox* box = EditorBox(lEditor);
     clsRTBDocument* doc = EditorDocument(lEditor);
     if (!box || !doc)
         return false;
-    const bool richText = stagedFileIsRichText(sTemp);
-    if (!richText && pendingLoads_ && (lEditor == kOriginal || lEditor == kModified)
-        && pendingLoads_->start(sTemp, lEditor)) {
+    if (!staged.richText && pendingLoads_ && editor && pendingLoads_->start(sTemp, lEditor)) {
         // Built on a worker; the editor takes it when both files are staged.
     } else {
         // The box's load replaces its document only when the file could be
         // read, so a failure leaves what the editor held.
         doc->LoadFile(sTemp);
-        showInFixedPitch(box, !richText);
+        showInFixedPitch(box, !staged.richText);
     }
     if (lEditor == kOriginal)
         mbOriginalDirty = true;
     else if (lEditor == kModified)
         mbModifiedDirty = true;
-    if ((lEditor == kOriginal || lEditor == kModified) && ready_ && !keepAutoRefresh_) {
+    if (editor && ready_ && !keepAutoRefresh_) {
         // Whoever loads by hand takes automatic refresh off.
         OptionsPage()->SetAutoRefresh(false);
     }
@@ -233,13 +193,6 @@ bool frmCompareFiles::LoadModifiedThenOriginal(const QString& sModified, const Q
     // it would one after the other.
     pending.finish(this);
     return loaded;
-}
-
-bool frmCompareFiles::ConvertFileIfNecessary(const QString& sFile, const QString& File_cnvt,
-                                             clsCompareFileOptions& options, bool bIsOriginalFile)
-{
-    return ::ConvertFileIfNecessary(mConversionControls, sFile, File_cnvt, ConversionOptionsFrom(options),
-                                    bIsOriginalFile);
 }
 
 void frmCompareFiles::PickFileForEditor(qint32 lEditor)

@@ -2,6 +2,7 @@
 // brought into view in every pane, its description in the status bar, and
 // the buttons that move on.
 
+#include "filecompare/DiffRenderer.h"
 #include "filecompare/FileCompareFormats.h"
 #include "filecompare/FileCompareWidgets.h"
 #include "filecompare/frmCompareFiles.h"
@@ -22,25 +23,6 @@ using filecompare::DoEvents;
 
 namespace {
 
-// Puts the selection of a shown box a third down its view when scrolling
-// had left it at an edge, so that what comes before it is in sight too.
-void bringSelectionToThird(RichTextBox* box, bool& coupling)
-{
-    QTextEdit* view = box->view();
-    if (!view || !view->isVisible())
-        return;
-    const int height = view->viewport()->height();
-    const int top = view->cursorRect(view->textCursor()).top();
-    QTextCursor start = view->textCursor();
-    start.setPosition(view->textCursor().selectionStart());
-    const int selectionTop = view->cursorRect(start).top();
-    if (selectionTop >= height / 6 && top <= height * 5 / 6)
-        return;
-    coupling = true;
-    view->verticalScrollBar()->setValue(view->verticalScrollBar()->value() + selectionTop - height / 3);
-    coupling = false;
-}
-
 QString paragraphText(clsRTBDocument& doc, RichTextBox* box, qint32 paragraph)
 {
     doc.SelectParagraphs(paragraph, paragraph, false);
@@ -49,30 +31,20 @@ QString paragraphText(clsRTBDocument& doc, RichTextBox* box, qint32 paragraph)
 
 } // namespace
 
-bool frmCompareFiles::WalkRecordsFromLast(const Skeinmatch& engine, int panel, const QString& caption,
-                                          const QString& tail, const RecordStep& step)
-{
-    const int n = engine.DifferenceCount();
-    for (int i = n - 1; i >= 0; --i) {
-        DoEvents();
-        if (mbAbort)
-            return false;
-        SetPanelText(panel, caption + filecompare::FormatPercent(filecompare::StepPercent(i, n)) + tail);
-        int kind = 0, lf = 0, ll = 0, rf = 0, rl = 0;
-        if (!engine.GetDifference(i, kind, lf, ll, rf, rl))
-            return false;
-        step(i, kind, lf, ll, rf, rl);
-    }
-    return true;
-}
-
 void frmCompareFiles::UpdateNavigationalDropDownListBox()
 {
     QStringList rows;
     const QChar q(u'"');
-    WalkRecordsFromLast(SkeinMacroDiff, 3, QStringLiteral("Updating List Box: "),
-                        QStringLiteral("% Done. Click here to Abort."),
-                        [&](int i, int kind, int lf, int ll, int rf, int rl) {
+    filecompare::RenderRun run;
+    run.progress = [this](int panel, const QString& text) { SetPanelText(panel, text); };
+    run.stopRequested = [this] {
+        DoEvents();
+        return session_.aborted();
+    };
+    filecompare::WalkFromLast(Result(), run, 3, QStringLiteral("Updating List Box: "),
+                              QStringLiteral("% Done. Click here to Abort."),
+                              [&](int i, const filecompare::Difference& d) {
+        const int kind = d.kind, lf = d.lf, ll = d.ll, rf = d.rf, rl = d.rl;
         const QString number = QStringLiteral("[") + QString::number(i + 1) + QStringLiteral("] ");
         if (kind == filecompare::kKindAddition) {
             const int k = rl + 1 - rf;
@@ -103,7 +75,7 @@ void frmCompareFiles::UpdateNavigationalDropDownListBox()
 
 void frmCompareFiles::ShowCurrentDifference(bool bUpdateList)
 {
-    const int count = SkeinMacroDiff.DifferenceCount();
+    const int count = Result().count();
     if (mlCurrentDifference > count)
         mlCurrentDifference = count;
     if (mlCurrentDifference < 1) {
@@ -118,72 +90,16 @@ void frmCompareFiles::ShowCurrentDifference(bool bUpdateList)
         cmboChangeListing->setCurrentIndex(mlCurrentDifference - 1);
         mbFillingChangeList = false;
     }
-    if (!SideBySideShowing())
-        ShowDifferenceAIO();
-    else
-        ShowDifferenceSBS();
+    if (const filecompare::Difference* d = Result().at(mlCurrentDifference - 1))
+        renderer().showDifference(*d);
     UpdateDifferenceButtons();
     UpdateStatusBar();
     mlPreviousDifference = mlCurrentDifference;
 }
 
-void frmCompareFiles::ShowDifferenceSBS()
-{
-    int kind = 0, lf = 0, ll = 0, rf = 0, rl = 0;
-    if (!SkeinMacroDiff.GetDifference(mlCurrentDifference - 1, kind, lf, ll, rf, rl))
-        return;
-    // The views take the final selections once, so each scrolls once. In the
-    // editors the paragraphs are selected without their last line end: a
-    // selection that reaches into the next paragraph makes the view lay out
-    // its whole document before it can show it, seconds for a long one.
-    const std::array<RichTextBox*, 4> boxes{rtbOriginal, rtbModified, rtbOriginalDiffFinal, rtbModifiedDiffFinal};
-    for (RichTextBox* box : boxes)
-        box->setUpdatesLocked(true);
-    docOriginal.SelectParagraphs(lf, ll, false);
-    docModified.SelectParagraphs(rf, rl, false);
-    docOriginalDiffFinal.SelectParagraphs(lf, ll, true);
-    docModifiedDiffFinal.SelectParagraphs(rf, rl, true);
-    if (!moFileOptions.bSelectTextInDiffViewer.Data()) {
-        rtbOriginalDiffFinal->setSelLength(1);
-        rtbModifiedDiffFinal->setSelLength(1);
-    }
-    for (RichTextBox* box : boxes) {
-        box->setUpdatesLocked(false);
-        bringSelectionToThird(box, couplingScroll_);
-    }
-}
-
-void frmCompareFiles::ShowDifferenceAIO()
-{
-    int kind = 0, lf = 0, ll = 0, rf = 0, rl = 0;
-    if (!SkeinMacroDiff.GetDifference(mlCurrentDifference - 1, kind, lf, ll, rf, rl))
-        return;
-    const std::array<RichTextBox*, 3> boxes{rtbOriginal, rtbModified, rtbAIODiff};
-    for (RichTextBox* box : boxes)
-        box->setUpdatesLocked(true);
-    docOriginal.SelectParagraphs(lf, ll, false);
-    docModified.SelectParagraphs(rf, rl, false);
-    if (kind != filecompare::kKindAddition) {
-        docAIODiff.SelectParagraphs(lf, ll, true);
-    } else {
-        try {
-            // The added text lies in the seam behind paragraph lLeftLast.
-            docAIODiff.SelectAllTextBetween(ll, ll + 1, false);
-        } catch (const std::exception&) {
-            docAIODiff.SetCursorAt(ll);
-        }
-    }
-    if (!moFileOptions.bSelectTextInDiffViewer.Data())
-        rtbAIODiff->setSelLength(1);
-    for (RichTextBox* box : boxes) {
-        box->setUpdatesLocked(false);
-        bringSelectionToThird(box, couplingScroll_);
-    }
-}
-
 void frmCompareFiles::UpdateDifferenceButtons()
 {
-    const int c = SkeinMacroDiff.DifferenceCount();
+    const int c = Result().count();
     const int m = mlCurrentDifference;
     bool unknown = false, first = false, previous = false, next = false, last = false;
     if (c == 1) {
@@ -202,9 +118,10 @@ void frmCompareFiles::UpdateDifferenceButtons()
 
 void frmCompareFiles::UpdateStatusBar()
 {
-    int kind = 0, lf = 0, ll = 0, rf = 0, rl = 0;
-    if (!SkeinMacroDiff.GetDifference(mlCurrentDifference - 1, kind, lf, ll, rf, rl))
+    const filecompare::Difference* d = Result().at(mlCurrentDifference - 1);
+    if (!d)
         return;
+    const int kind = d->kind, lf = d->lf, ll = d->ll, rf = d->rf, rl = d->rl;
     const QString number = QStringLiteral("[") + QString::number(mlCurrentDifference) + QStringLiteral("] ");
     if (kind == filecompare::kKindAddition) {
         const int k = rl + 1 - rf;
@@ -239,17 +156,18 @@ void frmCompareFiles::ChangeCurrentLine(bool bUp)
 {
     docOriginal.ScrollRTB(bUp);
     docModified.ScrollRTB(bUp);
-    if (!SideBySideShowing()) {
-        docAIODiff.ScrollRTB(bUp);
-    } else {
-        docOriginalDiffFinal.ScrollRTB(bUp);
-        docModifiedDiffFinal.ScrollRTB(bUp);
-    }
+    renderer().scroll(bUp);
+}
+
+void frmCompareFiles::ShowDifference(qint32 n)
+{
+    mlCurrentDifference = n;
+    ShowCurrentDifference(true);
 }
 
 void frmCompareFiles::tbShowDifferenceFirst_Click()
 {
-    if (SkeinMacroDiff.DifferenceCount() < 1)
+    if (Result().count() < 1)
         return;
     mlCurrentDifference = 1;
     ShowCurrentDifference(true);
@@ -257,7 +175,7 @@ void frmCompareFiles::tbShowDifferenceFirst_Click()
 
 void frmCompareFiles::tbShowDifferencePrevious_Click()
 {
-    if (SkeinMacroDiff.DifferenceCount() < 1)
+    if (Result().count() < 1)
         return;
     --mlCurrentDifference;
     ShowCurrentDifference(true);
@@ -265,7 +183,7 @@ void frmCompareFiles::tbShowDifferencePrevious_Click()
 
 void frmCompareFiles::tbShowDifferenceNext_Click()
 {
-    if (SkeinMacroDiff.DifferenceCount() < 1)
+    if (Result().count() < 1)
         return;
     ++mlCurrentDifference;
     ShowCurrentDifference(true);
@@ -273,16 +191,16 @@ void frmCompareFiles::tbShowDifferenceNext_Click()
 
 void frmCompareFiles::tbShowDifferenceLast_Click()
 {
-    if (SkeinMacroDiff.DifferenceCount() < 1)
+    if (Result().count() < 1)
         return;
-    mlCurrentDifference = SkeinMacroDiff.DifferenceCount();
+    mlCurrentDifference = Result().count();
     ShowCurrentDifference(true);
 }
 
 void frmCompareFiles::tbShowDifferenceUnknown_Click()
 {
     // The menu entry and F4 come here even while the button is off.
-    const int count = SkeinMacroDiff.DifferenceCount();
+    const int count = Result().count();
     if (count < 1) {
         MsgBox(this, QStringLiteral("No differences to go to"), MsgButtons::OK, MsgIcon::None,
                QStringLiteral("Error"));

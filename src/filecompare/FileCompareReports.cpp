@@ -2,7 +2,6 @@
 // the report the engine writes of the editors' current texts, and its launch
 // (HTML in the browser, text and comma delimited in the text viewer).
 
-#include "components/lexiform/FileBytes.h"
 #include "filecompare/FileCompareWidgets.h"
 #include "filecompare/frmCompareFiles.h"
 #include "settings/IniStore.h"
@@ -231,51 +230,27 @@ void frmCompareFiles::SaveReportSettings()
 
 void frmCompareFiles::SetReportTitles(qint32 lReportFormat)
 {
-    std::string master = cbSelectOriginal->currentText().toStdString();
-    std::string source = cbSelectModified->currentText().toStdString();
+    QString master = cbSelectOriginal->currentText();
+    QString source = cbSelectModified->currentText();
+    QString title;
     if (lReportFormat == kReportHTML) {
-        SkeinMacroDiff.setReportTitle(txtReportTitleHTML->text().toStdString());
+        title = txtReportTitleHTML->text();
         if (!txtReportMasterTitleHTML->text().isEmpty())
-            master = txtReportMasterTitleHTML->text().toStdString();
+            master = txtReportMasterTitleHTML->text();
         if (!txtReportSourceTitleHTML->text().isEmpty())
-            source = txtReportSourceTitleHTML->text().toStdString();
+            source = txtReportSourceTitleHTML->text();
     }
-    SkeinMacroDiff.setMasterTitle(master);
-    SkeinMacroDiff.setSourceTitle(source);
+    session_.setReportTitles(master, source, title);
 }
 
 bool frmCompareFiles::CreateReport(const QString& sReportFile, qint32 lReportFormat, qint32 lReportStyle)
 {
     filecompare::BusyCursor busy;
     // The report shows what the editors hold now, edits included.
-    if (!CompareDocuments(2)) {
-        MsgBox(this, compareFailure_, MsgButtons::OK, MsgIcon::None, QStringLiteral("Report Creation Error"));
-        return false;
-    }
-    // A report written over a document being compared would destroy it.
-    const bool ontoInput = lexiform::sameFile(sReportFile, moFileOptions.sFileOriginal.Data())
-        || lexiform::sameFile(sReportFile, moFileOptions.sFileModified.Data());
-    const int r = ontoInput ? -5
-                            : SkeinMacroDiff.CreateFileReport(QFile::encodeName(sReportFile).toStdString(),
-                                                              lReportFormat, lReportStyle);
-    if (r >= 0)
-        return true;
+    CompareEditors();
     QString message;
-    switch (r) {
-    case -1: message = QStringLiteral("Compare was aborted, no report can be generated"); break;
-    case -3: message = QStringLiteral("Unable to load master file for comparison"); break;
-    case -4: message = QStringLiteral("Unable to load source file for comparison"); break;
-    case -5:
-        message = QStringLiteral("Unable to create target file: ") + sReportFile
-            + QStringLiteral("\r\n\r\nCheck to make sure path exists in the 'Report Options' tab");
-        // A full disk or an input named as the report needs saying too.
-        if (ontoInput)
-            message += QStringLiteral("\r\n\r\nThe report would overwrite a file being compared");
-        else if (!SkeinMacroDiff.reportError().empty())
-            message += QStringLiteral("\r\n\r\n") + QString::fromStdString(SkeinMacroDiff.reportError());
-        break;
-    default: break;
-    }
+    if (session_.writeReport(sReportFile, lReportFormat, lReportStyle, message))
+        return true;
     if (!message.isEmpty())
         MsgBox(this, message, MsgButtons::OK, MsgIcon::None, QStringLiteral("Report Creation Error"));
     return false;
@@ -283,7 +258,7 @@ bool frmCompareFiles::CreateReport(const QString& sReportFile, qint32 lReportFor
 
 void frmCompareFiles::cmdViewReport_Click()
 {
-    if (runDepth_ > 0)
+    if (session_.busy())
         return;
     filecompare::BusyCursor busy;
     SetPanelText(3, QStringLiteral("Creating Report"));

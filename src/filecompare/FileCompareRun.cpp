@@ -1,6 +1,8 @@
-// The compare run: from the loaded editors over two text files and the
-// engine to the rendered view, with its stages shown in the status bar.
+// The run as the form shows it: the editors' texts to the session, the
+// session's result to the renderer of the view showing, and its stages in
+// the status bar.
 
+#include "filecompare/DiffRenderer.h"
 #include "filecompare/FileCompareWidgets.h"
 #include "filecompare/frmCompareFiles.h"
 #include "core/modGlobal.h"
@@ -15,32 +17,32 @@
 #include <QFileInfo>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QStatusBar>
 #include <QTextEdit>
 #include <QToolBar>
 
-#include <initializer_list>
 #include <memory>
-#include <vector>
 
 using filecompare::DoEvents;
 using filecompare::Sleep;
 
 // Marks a run for as long as it lives: nested requests are refused, and
 // input other than what stops the run is held back.
-class RunScope {
+class frmCompareFiles::RunScope {
 public:
     explicit RunScope(frmCompareFiles* viewer)
-        : viewer_(viewer)
+        : run_(viewer->session_)
     {
-        if (viewer_->runDepth_++ == 0)
-            guard_ = std::make_unique<filecompare::RunInputGuard>(viewer_);
+        if (run_.outermost())
+            guard_ = std::make_unique<filecompare::RunInputGuard>(
+                QList<QObject*>{viewer->sbStatus, viewer->PleaseWait},
+                viewer->tbMain->widgetForAction(viewer->tbAbort));
     }
-    ~RunScope() { --viewer_->runDepth_; }
     RunScope(const RunScope&) = delete;
     RunScope& operator=(const RunScope&) = delete;
 
 private:
-    frmCompareFiles* viewer_;
+    filecompare::FileCompareSession::Run run_;
     std::unique_ptr<filecompare::RunInputGuard> guard_;
 };
 
@@ -83,33 +85,6 @@ private:
     bool released_ = false;
 };
 
-// Boxes that a render edits many times: off their views until it is done.
-class BulkEdit {
-public:
-    explicit BulkEdit(std::initializer_list<RichTextBox*> boxes)
-        : boxes_(boxes)
-    {
-        for (RichTextBox* b : boxes_)
-            b->beginBulkEdit();
-    }
-    ~BulkEdit()
-    {
-        for (RichTextBox* b : boxes_)
-            b->endBulkEdit();
-    }
-
-private:
-    std::vector<RichTextBox*> boxes_;
-};
-
-// Text without fonts of its own is shown in the document's default font;
-// a copy of it is shown as its source is.
-void takeLook(RichTextBox* to, const RichTextBox* from)
-{
-    if (to->document()->defaultFont() != from->document()->defaultFont())
-        to->document()->setDefaultFont(from->document()->defaultFont());
-}
-
 QString bareFileName(const QString& path)
 {
     return QFileInfo(path).fileName();
@@ -123,31 +98,42 @@ bool eitherHolds(const QString& a, const QString& b, const char* text)
 
 } // namespace
 
-bool frmCompareFiles::SideBySideShowing() const
+frmCompareFiles::ViewMode frmCompareFiles::CurrentViewMode() const
 {
-    return cmdChangeViewFormat->text() != QLatin1String(kViewSideBySide);
+    return cmdChangeViewFormat->text() == QLatin1String(kViewSideBySide) ? ViewMode::AllInOne
+                                                                         : ViewMode::SideBySide;
+}
+
+void frmCompareFiles::SetViewMode(ViewMode mode)
+{
+    if (mode == ViewMode::AllInOne) {
+        cmdChangeViewFormat->setText(QLatin1String(kViewSideBySide));
+        showAllInOnePane();
+    } else {
+        cmdChangeViewFormat->setText(QLatin1String(kViewAllInOne));
+        showSideBySidePanes();
+    }
+}
+
+filecompare::DiffRenderer& frmCompareFiles::renderer() const
+{
+    return SideBySideShowing() ? *sideBySide_ : *allInOne_;
 }
 
 // --- requests ----------------------------------------------------------------------------
 
 void frmCompareFiles::RefreshDisplay(bool bReload, bool bShowDifference)
 {
-    if (runDepth_ > 0) {
-        // A request in the middle of a run (the refresh timer, say) would
-        // share the engine, the work boxes and the text files with it: it
-        // waits, and the run is repeated once when this one ends.
-        rerunPending_ = true;
-        rerunReload_ = bReload;
-        rerunShowDifference_ = bShowDifference;
+    // A request in the middle of a run (the refresh timer, say) would share
+    // the engine, the work boxes and the text files with it: it waits, and
+    // the run is repeated once when this one ends.
+    if (session_.deferIfBusy(bReload, bShowDifference))
         return;
-    }
-    rerunPending_ = false;
     refreshDisplayOnce(bReload, bShowDifference);
-    if (rerunPending_ && !mbAbort && !closeWhenIdle_) {
-        rerunPending_ = false;
-        refreshDisplayOnce(rerunReload_, rerunShowDifference_);
-    }
-    rerunPending_ = false;
+    bool reload = false, showDifference = false;
+    if (!closeWhenIdle_ && session_.takeRerun(reload, showDifference))
+        refreshDisplayOnce(reload, showDifference);
+    session_.dropRerun();
     closeIfAsked();
 }
 
@@ -184,7 +170,7 @@ void frmCompareFiles::refreshDisplayOnce(bool bReload, bool bShowDifference)
 
 void frmCompareFiles::RefreshDisplayCommandLine(qint32 lReportStyle)
 {
-    if (runDepth_ > 0)
+    if (session_.busy())
         return;
     {
         RunScope scope(this);
@@ -193,15 +179,8 @@ void frmCompareFiles::RefreshDisplayCommandLine(qint32 lReportStyle)
         PleaseWait->ShowNonModal();
         Sleep(10);
         SetPanelText(3, QStringLiteral("Loading files..."));
-        if (lReportStyle == 1) {
-            cmdChangeViewFormat->setText(QLatin1String(kViewSideBySide));
-            showAllInOnePane();
-            mbAllInOneFresh = false;
-        } else {
-            cmdChangeViewFormat->setText(QLatin1String(kViewAllInOne));
-            showSideBySidePanes();
-            mbSideBySideFresh = false;
-        }
+        SetViewMode(lReportStyle == 1 ? ViewMode::AllInOne : ViewMode::SideBySide);
+        (lReportStyle == 1 ? mbAllInOneFresh : mbSideBySideFresh) = false;
         DoEvents();
         // No questions in a batch run; a file that fails ends it here, with
         // the wait window left for the batch driver to close.
@@ -217,7 +196,7 @@ void frmCompareFiles::RefreshDisplayCommandLine(qint32 lReportStyle)
 
 bool frmCompareFiles::CompareCommandLineForReport(bool bCompare)
 {
-    if (runDepth_ > 0)
+    if (session_.busy())
         return false;
     bool loaded = false;
     {
@@ -227,7 +206,7 @@ bool frmCompareFiles::CompareCommandLineForReport(bool bCompare)
         loaded = LoadModifiedThenOriginal(moFileOptions.sFileModified.Data(), moFileOptions.sFileOriginal.Data());
         // A compare that fails is compared again, and reported, by the report.
         if (loaded && bCompare)
-            CompareDocuments(2);
+            CompareEditors();
     }
     closeIfAsked();
     return loaded;
@@ -244,7 +223,7 @@ void frmCompareFiles::RunCompare(bool bShowDifference)
     {
         filecompare::BusyCursor busy;
         DoEvents();
-        mbAbort = false;
+        session_.clearAbort();
         tbAbort->setVisible(true);
         cmdChangeViewFormat->hide();
         SetPanelText(3, QStringLiteral("Comparing..."));
@@ -264,8 +243,8 @@ void frmCompareFiles::RunCompare(bool bShowDifference)
         rtbOriginalDiff->setTextRTF(rtbOriginal->TextRTF());
         rtbModifiedDiff->setTextRTF(rtbModified->TextRTF());
         // The panes show each side in the font its editor shows it in.
-        takeLook(rtbOriginalDiff, rtbOriginal);
-        takeLook(rtbModifiedDiff, rtbModified);
+        filecompare::TakeLook(rtbOriginalDiff, rtbOriginal);
+        filecompare::TakeLook(rtbModifiedDiff, rtbModified);
         // An unchanged editor keeps its index from the last run, and so does
         // its work copy, which holds the same text again.
         if (mbOriginalDirty) {
@@ -276,7 +255,11 @@ void frmCompareFiles::RunCompare(bool bShowDifference)
             docModified.ParagraphCollectionCreate();
             docModifiedDiff.ParagraphCollectionCreate();
         }
-        if (!CompareDocuments(2)) {
+        const auto& result = session_.compare(rtbOriginal->Text(), rtbModified->Text(),
+                                              [this](bool original, qint32 first, qint32 last) {
+                                                  return sectionText(original, first, last);
+                                              });
+        if (!result.ok()) {
             // Nothing was compared: the views keep what they showed and are
             // rendered anew by the next run that works.
             mbSideBySideFresh = mbAllInOneFresh = false;
@@ -289,8 +272,8 @@ void frmCompareFiles::RunCompare(bool bShowDifference)
         cmdChangeViewFormat->show();
         rtbOriginalDiff->setTextRTF(RichText());
         rtbModifiedDiff->setTextRTF(RichText());
-        SetPanelText(3, QStringLiteral("Compare Failed: ") + compareFailure_);
-        LogMessage(compareFailure_, gsClLogFile, gbClVerbose);
+        SetPanelText(3, QStringLiteral("Compare Failed: ") + Result().failure());
+        LogMessage(Result().failure(), gsClLogFile, gbClVerbose);
         emit runFinished();
         return;
     }
@@ -298,43 +281,29 @@ void frmCompareFiles::RunCompare(bool bShowDifference)
         filecompare::BusyCursor busy;
         UpdateNavigationalDropDownListBox();
 
-        BulkEdit filtered{rtbDeletions, rtbAdditions, rtbChanges};
+        filecompare::BulkEdit filtered{rtbDeletions, rtbAdditions, rtbChanges};
         rtbDeletions->setText(QString());
         rtbAdditions->setText(QString());
         rtbChanges->setText(QString());
-        takeLook(rtbDeletions, rtbOriginal);
-        takeLook(rtbAdditions, rtbModified);
-        takeLook(rtbChanges, rtbOriginal);
-        mlChangeCount = mlAdditionCount = mlDeletionCount = 0;
+        filecompare::TakeLook(rtbDeletions, rtbOriginal);
+        filecompare::TakeLook(rtbAdditions, rtbModified);
+        filecompare::TakeLook(rtbChanges, rtbOriginal);
 
         // Rendering happens off screen; the shown panes change at once when
         // it is done.
-        if (!SideBySideShowing()) {
-            BulkEdit merged{rtbAIODiff};
-            rtbAIODiff->setTextRTF(rtbOriginal->TextRTF());
-            takeLook(rtbAIODiff, rtbOriginal);
-            docAIODiff.ParagraphCollectionCreate();
-            UpdateChangesToRTFFileAIO();
-            mbAllInOneFresh = true;
-            showAllInOnePane();
-        } else {
-            UpdateChangesToRTFFile_SBS();
-            // The finished work panes become the shown ones whole; the work
-            // panes take the old shown documents, emptied below.
-            rtbOriginalDiffFinal->swapDocuments(*rtbOriginalDiff);
-            rtbModifiedDiffFinal->swapDocuments(*rtbModifiedDiff);
-            docOriginalDiffFinal.ParagraphCollectionCreate();
-            docModifiedDiffFinal.ParagraphCollectionCreate();
-            mbSideBySideFresh = true;
+        renderer().render(Result());
+        (SideBySideShowing() ? mbSideBySideFresh : mbAllInOneFresh) = true;
+        if (SideBySideShowing())
             showSideBySidePanes();
-        }
+        else
+            showAllInOnePane();
         // A large document is held in up to six boxes during a run.
         rtbOriginalDiff->setTextRTF(RichText());
         rtbModifiedDiff->setTextRTF(RichText());
     }
 
     editors.release();
-    if (mbAbort) {
+    if (session_.aborted()) {
         // What was rendered up to the abort stays on view; nothing else moves.
         tbAbort->setVisible(false);
         cmdChangeViewFormat->show();
@@ -342,7 +311,7 @@ void frmCompareFiles::RunCompare(bool bShowDifference)
         emit runFinished();
         return;
     }
-    if (SkeinMacroDiff.DifferenceCount() == 0)
+    if (Result().empty())
         SetPanelText(3, QStringLiteral("Compare Completed. No differences detected."));
     const qint64 elapsed = mlStartTicks.isValid() ? mlStartTicks.elapsed() : 0;
     SetPanelText(5, filecompare::FormatSeconds(double(elapsed) / 1000.0) + QStringLiteral(" (Sec)"));
@@ -355,70 +324,25 @@ void frmCompareFiles::RunCompare(bool bShowDifference)
     }
     tbAbort->setVisible(false);
     cmdChangeViewFormat->show();
-    rbShowDeletions->setVisible(mlDeletionCount >= 1);
-    rbShowChanges->setVisible(mlChangeCount >= 1);
-    rbShowAdditions->setVisible(mlAdditionCount >= 1);
+    rbShowDeletions->setVisible(Result().deletions() >= 1);
+    rbShowChanges->setVisible(Result().changes() >= 1);
+    rbShowAdditions->setVisible(Result().additions() >= 1);
     rbShowAll->setChecked(true);
     if (moFileOptions.bBeepWhenDone.Data())
         filecompare::Beep();
     emit runFinished();
 }
 
-bool frmCompareFiles::CompareDocuments(qint32 lMode)
+QString frmCompareFiles::sectionText(bool original, qint32 first, qint32 last)
 {
-    SetPanelText(3, QStringLiteral("Compare In Process..."));
-    filecompare::BusyCursor busy;
-    compareFailure_.clear();
-    auto write = [lMode](const QString& text, const QString& file) {
-        return lMode == 1 ? WriteWordLines(text, file) : WriteWholeText(text, file);
-    };
-    Skeinmatch& e = SkeinMacroDiff;
-    // A work file that could not be written would leave the engine comparing
-    // what an earlier run wrote there, or nothing: the run stops instead.
-    if (!write(rtbOriginal->Text(), gsMasterTextFile))
-        compareFailure_ = QStringLiteral("Unable to write the Original's text for comparison: ") + gsMasterTextFile;
-    else if (!write(rtbModified->Text(), gsSourceTextFile))
-        compareFailure_ = QStringLiteral("Unable to write the Modified's text for comparison: ") + gsSourceTextFile;
-    if (!compareFailure_.isEmpty()) {
-        // The records of an earlier run must not pass for this one's.
-        e.compareTexts({}, {});
-        return false;
-    }
-    e.setMasterFile(QFile::encodeName(gsMasterTextFile).toStdString());
-    e.setSourceFile(QFile::encodeName(gsSourceTextFile).toStdString());
-    e.setIgnoreCase(moFileOptions.bIgnoreCase.Data());
-    e.setIgnoreEmptyLines(moFileOptions.bIgnoreEmptyLines.Data());
-    e.setIgnoreWhitespace(moFileOptions.bIgnoreWhitespace.Data());
-    e.setQuickCompare(false);
-    e.setCompareFaster(moFileOptions.bCompareFaster.Data());
-    e.setShowChangesInLargerSections(moFileOptions.bShowChangesInLargerSections.Data());
-    e.setUseLineBracket(moFileOptions.bUseLineBracket.Data());
-    e.setLineBracket(moFileOptions.lLineBracket.Data());
-    e.setCompareMode(0);
-    e.CompareFiles();
-    switch (e.loadStatus()) {
-    case 0: return true;
-    case -3: compareFailure_ = QStringLiteral("Unable to load master file for comparison"); break;
-    case -4: compareFailure_ = QStringLiteral("Unable to load source file for comparison"); break;
-    default: compareFailure_ = QStringLiteral("The comparison ran out of memory"); break;
-    }
-    if (!e.loadError().empty())
-        compareFailure_ += QStringLiteral(" (") + QString::fromStdString(e.loadError()) + QLatin1Char(')');
-    return false;
+    (original ? docOriginal : docModified).SelectParagraphs(first, last, false);
+    return (original ? rtbOriginal : rtbModified)->SelText();
 }
 
-bool frmCompareFiles::WriteWholeText(const QString& sText, const QString& sFile)
+bool frmCompareFiles::CompareEditors()
 {
-    // One paragraph is one line. A text that ends in a line end already
-    // ends its last line: another would add an empty line that is in
-    // neither document, and every report would show it.
-    QFile f(sFile);
-    if (sFile.isEmpty() || !f.open(QIODevice::WriteOnly | QIODevice::Truncate))
-        return false;
-    QByteArray bytes = sText.toUtf8();
-    if (!bytes.endsWith('\n') && !bytes.endsWith('\r'))
-        bytes.append("\r\n");
-    return f.write(bytes) == bytes.size() && f.flush();
+    filecompare::BusyCursor busy;
+    return session_.compare(rtbOriginal->Text(), rtbModified->Text()).ok();
 }
 
 // --- questions -----------------------------------------------------------------------------
@@ -506,7 +430,7 @@ void frmCompareFiles::UpdateWindowCaption()
 
 void frmCompareFiles::cmdChangeViewFormat_Click()
 {
-    if (runDepth_ > 0)
+    if (session_.busy())
         return;
     {
         RunScope scope(this);
@@ -514,13 +438,7 @@ void frmCompareFiles::cmdChangeViewFormat_Click()
         PleaseWait->ShowNonModal();
         Sleep(10);
         bool ran = false;
-        if (!SideBySideShowing()) {
-            showSideBySidePanes();
-            cmdChangeViewFormat->setText(QLatin1String(kViewAllInOne));
-        } else {
-            cmdChangeViewFormat->setText(QLatin1String(kViewSideBySide));
-            showAllInOnePane();
-        }
+        SetViewMode(SideBySideShowing() ? ViewMode::AllInOne : ViewMode::SideBySide);
         // A view that still shows the last compare comes up at once.
         const bool fresh = SideBySideShowing() ? mbSideBySideFresh : mbAllInOneFresh;
         if (!fresh) {

@@ -166,9 +166,11 @@ void StatusPanel::mousePressEvent(QMouseEvent* event)
 
 // --- RunInputGuard ------------------------------------------------------------------
 
-RunInputGuard::RunInputGuard(frmCompareFiles* viewer)
-    : viewer_(viewer)
+RunInputGuard::RunInputGuard(const QList<QObject*>& passages, QWidget* abortButton)
+    : abortButton_(abortButton)
 {
+    for (QObject* o : passages)
+        passages_.append(o);
     qApp->installEventFilter(this);
 }
 
@@ -179,8 +181,6 @@ RunInputGuard::~RunInputGuard()
 
 bool RunInputGuard::allowed(QObject* receiver) const
 {
-    if (!viewer_)
-        return true;
     // A question asked during the run (a message box) must be answerable.
     if (QWidget* modal = QApplication::activeModalWidget()) {
         auto* w = qobject_cast<QWidget*>(receiver);
@@ -188,15 +188,16 @@ bool RunInputGuard::allowed(QObject* receiver) const
             return true;
     }
     for (QObject* o = receiver; o; o = o->parent()) {
-        if (o == viewer_->sbStatus || o == viewer_->PleaseWait)
-            return true;
+        for (const QPointer<QObject>& p : passages_)
+            if (p && o == p)
+                return true;
         if (qobject_cast<QMdiSubWindow*>(o) && o == receiver)
             return true;
         // The buttons of a maximised window live in the menu bar.
         if (o->inherits("QMdi::ControllerWidget"))
             return true;
     }
-    if (viewer_->tbMain && receiver == viewer_->tbMain->widgetForAction(viewer_->tbAbort))
+    if (abortButton_ && receiver == abortButton_)
         return true;
     return false;
 }

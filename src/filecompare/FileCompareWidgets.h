@@ -76,7 +76,9 @@ protected:
 // background layout of the shown documents.
 class RunInputGuard : public QObject {
 public:
-    explicit RunInputGuard(frmCompareFiles* viewer);
+    // `passages` take input with everything inside them; `abortButton` takes
+    // it alone.
+    RunInputGuard(const QList<QObject*>& passages, QWidget* abortButton);
     ~RunInputGuard() override;
 
 protected:
@@ -84,7 +86,8 @@ protected:
 
 private:
     bool allowed(QObject* receiver) const;
-    QPointer<frmCompareFiles> viewer_;
+    QList<QPointer<QObject>> passages_;
+    QPointer<QWidget> abortButton_;
 };
 
 // The busy mouse pointer for as long as the object lives.

@@ -1,15 +1,17 @@
 #pragma once
-// The file comparison viewer: two editors (Original and Modified) on top, the
-// comparison below, side by side or all in one, with a toolbar, a file
-// selection row, filter buttons and a five-panel status bar.
+// The file comparison viewer's form: two editors (Original and Modified) on
+// top, the comparison below, side by side or all in one, with a toolbar, a
+// file selection row, filter buttons and a five-panel status bar.
 //
-// The viewer's routines are spread over files by concern:
+// The form holds the widgets and thin handlers. The run belongs to its
+// FileCompareSession, what the run found to a ComparisonResult, and the
+// rendering to the renderer of the view showing (DiffRenderer.h).
+//
+// The form's routines are spread over files by concern:
 //   FileCompareForm.cpp        creation, set-up, INI state, closing, events
 //   FileCompareLayout.cpp      controls, menus, toolbar, resize, dividers
-//   FileCompareLoad.cpp        the road of a file into an editor
-//   FileCompareRun.cpp         the compare run and the view switch
-//   FileCompareSideBySide.cpp  the side-by-side rendering and the word routines
-//   FileCompareAllInOne.cpp    the all-in-one rendering
+//   FileCompareLoad.cpp        a file into an editor
+//   FileCompareRun.cpp         the run as the form shows it, the view switch
 //   FileCompareRecords.cpp     the filtered views and their buttons
 //   FileCompareNavigation.cpp  the difference list, moving between differences
 //   FileCompareOptions.cpp     the compare options page
@@ -22,22 +24,21 @@
 // status bar, Escape in the wait window, closing the window) is heard; other
 // input is held back while it runs.
 
-#include "components/skeinmatch/Skeinmatch.h"
-#include "conversion/ConverterRoutines.h"
 #include "document/RichTextBox.h"
 #include "document/clsRTBDocument.h"
+#include "filecompare/ComparisonResult.h"
+#include "filecompare/FileCompareFormats.h"
+#include "filecompare/FileCompareSession.h"
 #include "settings/clsCompareFileOptions.h"
 #include "settings/clsMRU.h"
 #include "shell/ViewerForm.h"
 #include "shell/ViewerHost.h"
 
-#include "filecompare/FileCompareFormats.h"
-
 #include <QElapsedTimer>
 #include <QPointer>
 #include <array>
 #include <cstdint>
-#include <functional>
+#include <memory>
 
 class QAction;
 class QComboBox;
@@ -55,6 +56,7 @@ class QToolBar;
 class QToolButton;
 class frmPleaseWait;
 class PendingEditorLoads;
+class clsVarString;
 
 class frmCompareFilesFindReplace;
 
@@ -64,45 +66,69 @@ class CompareOptionsPage;
 class DividerLabel;
 class SpinScrollControl;
 class StatusPanel;
-class RunInputGuard;
+class DiffRenderer;
 } // namespace filecompare
 
 class frmCompareFiles : public ViewerForm, public FileComparisonViewer {
     Q_OBJECT
 
 public:
-    // Editor identifiers, as the status bar, the load pipeline and the
-    // editing commands use them.
+    // Box identifiers, as the status bar, the load pipeline and the editing
+    // commands use them (1 to 5), and the filtered views.
     enum Editor : qint32 {
         kAIODiff = 1,
         kOriginalDiffFinal = 2,
         kModifiedDiffFinal = 3,
         kOriginal = 4,
         kModified = 5,
+        kDeletions = 6,
+        kAdditions = 7,
+        kChanges = 8,
     };
 
-    // Captions of cmdChangeViewFormat: the button names the view one would
-    // switch to, so "View Side By Side" means the all-in-one view is showing.
+    // The view showing. cmdChangeViewFormat's caption stays the visible rule:
+    // the button names the view one would switch to, so "View Side By Side"
+    // means the all-in-one view is showing, and the two always agree.
+    enum class ViewMode { SideBySide, AllInOne };
     static constexpr const char* kViewSideBySide = "View Side By Side";
     static constexpr const char* kViewAllInOne = "View All In One";
+
+    using ReportFormat = filecompare::FileCompareSession::ReportFormat;
+    using ReportStyle = filecompare::FileCompareSession::ReportStyle;
+    static constexpr qint32 kReportHTML = filecompare::FileCompareSession::kReportHTML;
+    static constexpr qint32 kReportText = filecompare::FileCompareSession::kReportText;
+    static constexpr qint32 kReportCSV = filecompare::FileCompareSession::kReportCSV;
+    static constexpr qint32 kStyleAllInOne = filecompare::FileCompareSession::kStyleAllInOne;
+    static constexpr qint32 kStyleSideBySide = filecompare::FileCompareSession::kStyleSideBySide;
 
     explicit frmCompareFiles(QWidget* parent = nullptr);
     ~frmCompareFiles() override;
 
-    // --- the frame's side (FileCompareForm.cpp) --------------------------------------
+    // --- the frame's side -------------------------------------------------------------
     void Setup(const QString& description, bool bRestorePlacement) override;
     QList<QMenu*> Menus() const override;
-    bool IsBusy() const override { return runDepth_ > 0; }
+    bool IsBusy() const override { return session_.busy(); }
     // Asks a running compare to stop at its next step.
     void Abort() override;
     bool IsReady() const { return ready_; }
-
+    // The Compare Files page to the front.
+    void ShowComparePage();
+    // The wait window of a run, hidden (a batch run that failed to load
+    // leaves it up for its driver).
+    void HideWaitWindow();
     void ReadIniFile(bool bRestorePlacement);
     void SaveIniFile();
 
-    // The editor with an identifier (nullptr for others) and its document.
+    // The options of this viewer (the pages show them; the run reads them).
+    clsCompareFileOptions& Options() { return session_.options(); }
+    // What the last compare found (or why it failed).
+    const filecompare::ComparisonResult& Result() const { return session_.result(); }
+
+    // A box by identifier (nullptr for others) and, for 1 to 5, its document.
     RichTextBox* EditorBox(qint32 lEditor) const;
     clsRTBDocument* EditorDocument(qint32 lEditor);
+    // True while an editor holds text the shown views were not rendered from.
+    bool EditorDirty(qint32 lEditor) const;
 
     // Status bar panels 1 to 5.
     QString PanelText(int panel) const;
@@ -115,9 +141,6 @@ public:
     // LoadModifiedFile, then, if it worked, LoadOriginalFile, as a refresh
     // that reloads does them; the two documents are built at the same time.
     bool LoadModifiedThenOriginal(const QString& sModified, const QString& sOriginal);
-    // Turns a file into something an editor can load, in File_cnvt.
-    bool ConvertFileIfNecessary(const QString& sFile, const QString& File_cnvt,
-                                clsCompareFileOptions& options, bool bIsOriginalFile);
     void PickFileForEditor(qint32 lEditor);
 
     // A drill-down from another viewer: the paths into the selection boxes,
@@ -136,76 +159,32 @@ public:
     // (bCompare false), compared; nothing rendered, since no one will see
     // the views. True when both files loaded.
     bool CompareCommandLineForReport(bool bCompare);
-    // Writes the editors' texts for the engine and compares them (lMode 1
-    // writes them word by word, any other value paragraph by paragraph).
-    // False when a work file could not be written or read back; the engine
-    // then holds no records and CompareFailure() says what failed.
-    bool CompareDocuments(qint32 lMode);
-    const QString& CompareFailure() const { return compareFailure_; }
-    static bool WriteWholeText(const QString& sText, const QString& sFile);
-    // One-time questions before a reload, each asked at most once per
-    // installation (the answer is remembered in the INI file).
-    void WarnIfHTMLAndRetainingFormatting(const QString& sOriginal, const QString& sModified);
-    void WarnIfXLSAndWordWrapIsTrue(const QString& sOriginal, const QString& sModified);
-    void WarnIfDOCAndIsBigFile(const QString& sOriginal, const QString& sModified);
+    // Compares the editors' texts into a new result (without word-level
+    // records); false when a step failed, which the result then names.
+    bool CompareEditors();
     void UpdateWindowCaption();
-    // The view switch (F6).
+    // The view switch (F6), and the view as the caption says.
     void cmdChangeViewFormat_Click();
-    bool SideBySideShowing() const;
+    ViewMode CurrentViewMode() const;
+    // Shows a view and sets the caption to match, without a run.
+    void SetViewMode(ViewMode mode);
+    bool AbortRequested() const { return session_.aborted(); }
+    // True while a view shows the last compare of the editors' texts.
+    bool ViewFresh(ViewMode mode) const { return mode == ViewMode::SideBySide ? mbSideBySideFresh : mbAllInOneFresh; }
 
-    // --- side by side (FileCompareSideBySide.cpp) ------------------------------------
-    void UpdateChangesToRTFFile_SBS();
-    void ColorizeParagraphsInRTB_SBS(qint32 lLeftFirst, qint32 lLeftLast, qint32 lRightFirst,
-                                     qint32 lRightLast);
-    void UpdateChangesToParagraphsRTF_SBS();
-    void CompareSectionWords();
-    // One token per line: a token ends behind a line feed, carriage return,
-    // blank or bell, so that line n of the file is word n of FindWordBounds.
-    static bool WriteWordLines(const QString& sText, const QString& sFile);
-    // The text as WriteWordLines writes it: one line per word.
-    static QByteArray WordLines(const QString& sText);
-    // Where word lWord (1-based) of the box's text lies, 1-based, taking in
-    // the delimiter in front of it (from the second word on) and the one
-    // behind it; the last word ends at Len + 1. Word 0 gives 0 and 0.
-    static bool FindWordBounds(const RichTextBox* rtb, qint32 lWord, qint32& lFirst, qint32& lLast);
-    void FormatWordRange(RichTextBox* rtb, qint32 lFromWord, qint32 lToWord, std::int32_t lColor,
-                         std::int32_t lBackColor, bool bBold, bool bUnderline, bool bStrikeout,
-                         bool bItalic);
-    void FormatWordRange(RichTextBox* rtb, qint32 lFromWord, qint32 lToWord, const filecompare::DiffFormat& f)
+    // --- records and navigation (FileCompareRecords.cpp, FileCompareNavigation.cpp)
+    qint32 CounterpartParagraph(qint32 p, bool fromOriginal) const
     {
-        FormatWordRange(rtb, lFromWord, lToWord, f.color, f.backColor, f.bold, f.underline, f.strikeout, f.italic);
+        return Result().counterpartParagraph(p, fromOriginal);
     }
-
-    // Walks an engine's records from the last to the first, letting events
-    // through and showing "caption<percent>tail" in a status panel before
-    // each; false when an abort or an unreadable record ended it early.
-    using RecordStep = std::function<void(int i, int kind, int lf, int ll, int rf, int rl)>;
-    bool WalkRecordsFromLast(const Skeinmatch& engine, int panel, const QString& caption, const QString& tail,
-                             const RecordStep& step);
-
-    // --- all in one (FileCompareAllInOne.cpp) ----------------------------------------
-    void UpdateChangesToRTFFileAIO();
-    void ColorizeParagraphsInRTB_AIO(qint32 lLeftFirst, qint32 lLeftLast, qint32 lRightFirst,
-                                     qint32 lRightLast);
-    void UpdateChangesToParagraphsRTF_AIO();
-
-    // --- records and filters (FileCompareRecords.cpp) --------------------------------
-    void rbShowAll_Click();
-    void rbShowAdditions_Click();
-    void rbShowChanges_Click();
-    void rbShowDeletions_Click();
-    // The paragraph of the other side that stands beside paragraph p of one
-    // side, by the difference records (for the scroll coupling).
-    qint32 CounterpartParagraph(qint32 p, bool fromOriginal) const;
-
-    // --- navigation (FileCompareNavigation.cpp) --------------------------------------
-    void UpdateNavigationalDropDownListBox();
+    // The current difference, from 1 (below 1: none yet).
+    qint32 CurrentDifference() const { return mlCurrentDifference; }
+    qint32 PreviousDifference() const { return mlPreviousDifference; }
+    // Makes difference n current and shows it, as a choice in the list does.
+    void ShowDifference(qint32 n);
     void ShowCurrentDifference(bool bUpdateList);
-    void ShowDifferenceSBS();
-    void ShowDifferenceAIO();
-    void UpdateDifferenceButtons();
-    void UpdateStatusBar();
     void RefreshStatusBarItems();
+    void SetActiveEditor(qint32 lEditor) { mlActiveEditor = lEditor; }
     void ChangeCurrentLine(bool bUp);
     void tbShowDifferenceFirst_Click();
     void tbShowDifferencePrevious_Click();
@@ -218,38 +197,35 @@ public:
     void Form_Resize();
     // A divider dropped on a control at a point in that control's coordinates.
     void DividerDropped(const QWidget* dragged, const QWidget* target, QPoint drop);
+    // The share of the page's height the editors take, and of its width the
+    // left editor takes (0: half).
+    double TopEditorRatio() const { return dRatioTopEditor; }
+    void SetTopEditorRatio(double r) { dRatioTopEditor = r; }
+    double LeftEditorRatio() const { return mdRatioLeftEditor; }
     void mnuWordWrap_Click();
     void mnuHideShowOriginalAndModified_Click();
-    void RefreshMenuItems();
-    void RefreshButtonStates();
-    void CompareSelectedText();
+    // The one-time questions answered so far (kept in the INI file).
+    bool WarnedAboutLargeWordDoc() const { return bWarnedAboutLargeWordDocAlready; }
+    bool WarnedAboutHTML() const { return bWarnedAboutHTMLAlready; }
+    qint32 LastFileFilterIndex() const { return lLastSelectedFileFilterIndex; }
 
     // --- reports (FileCompareReports.cpp) --------------------------------------------
-    // Report formats and styles as the engine and the INI file number them.
-    enum ReportFormat : qint32 { kReportHTML = 1, kReportText = 2, kReportCSV = 3 };
-    enum ReportStyle : qint32 { kStyleAllInOne = 1, kStyleSideBySide = 2 };
     // Compares the editors again and has the engine write the report; true
     // when it did. A failure shows its message box ("Report Creation Error").
     bool CreateReport(const QString& sReportFile, qint32 lReportFormat, qint32 lReportStyle);
-    // Gives the engine the titles of a report of this format: the two paths
-    // as the user sees them, and for HTML the titles of the Report Options
-    // page where they are filled in.
+    // Gives the report of this format its titles: the two paths as the user
+    // sees them, and for HTML the titles of the Report Options page where
+    // they are filled in.
     void SetReportTitles(qint32 lReportFormat);
     // The default report of the Report Options page, created and opened (F2).
     void cmdViewReport_Click();
-    void cmdSelectReportFolderDefaultCSV_Click();
-    void cmdSelectReportFolderDefaultHTM_Click();
-    void cmdSelectReportFolderDefaultTXT_Click();
     // The format and style chosen on the page.
     qint32 SelectedReportFormat() const;
     qint32 SelectedReportStyle() const;
     void ReadReportSettings();
-    void SaveReportSettings();
 
     // --- options page (FileCompareOptions.cpp) ---------------------------------------
     void RefreshCompareOptionsGUI();
-    // Both editors dirty and panel 2 "Diff View not fresh".
-    void MarkDiffViewStale();
     filecompare::CompareOptionsPage* OptionsPage() const { return optionsPage_; }
 
     // --- automatic refresh (FileCompareAutoRefresh.cpp) ------------------------------
@@ -268,21 +244,78 @@ public:
     void FindAgain();
     frmCompareFilesFindReplace* FindReplaceDialog() const { return findReplace_; }
 
+signals:
+    // Emitted at the end of every RunCompare, finished or aborted.
+    void runFinished();
+    // A status bar panel (1 to 5) was given a text.
+    void panelTextChanged(int panel, const QString& text);
+
+protected:
+    bool QueryUnload() override;
+    void Form_Unload() override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    class RunScope;
+
+    void Form_Load();
+    void buildControls();
+    void buildComparePage();
+    void buildOptionsPage();
+    void wireFindAndReplace();
+    void watchSelectedFiles();
+    void buildReportPage();
+    void buildMenus();
+    void buildStatusBar();
+    void buildRenderers();
+    void wireEditor(RichTextBox* box, qint32 id);
+    bool SideBySideShowing() const { return CurrentViewMode() == ViewMode::SideBySide; }
+    filecompare::DiffRenderer& renderer() const;
+    void RunCompare(bool bShowDifference);
+    void refreshDisplayOnce(bool bReload, bool bShowDifference);
+    void showSideBySidePanes();
+    void showAllInOnePane();
+    void coupleScrolling(RichTextBox* from, RichTextBox* to, bool fromOriginal);
+    void closeIfAsked();
+    bool loadSideFile(const QString& sFile, qint32 lEditor, clsVarString& lastFile, clsMRU& mru, QComboBox* combo);
+    void MarkDiffViewStale();
+    void SaveReportSettings();
+    // One-time questions before a reload, each asked at most once per
+    // installation (the answer is remembered in the INI file).
+    void WarnIfHTMLAndRetainingFormatting(const QString& sOriginal, const QString& sModified);
+    void WarnIfXLSAndWordWrapIsTrue(const QString& sOriginal, const QString& sModified);
+    void WarnIfDOCAndIsBigFile(const QString& sOriginal, const QString& sModified);
+    void UpdateNavigationalDropDownListBox();
+    void UpdateDifferenceButtons();
+    void UpdateStatusBar();
+    void RefreshMenuItems();
+    void RefreshButtonStates();
+    void CompareSelectedText();
+    void rbShowAll_Click();
+    void rbShowAdditions_Click();
+    void rbShowChanges_Click();
+    void rbShowDeletions_Click();
+    void cmdSelectReportFolderDefaultCSV_Click();
+    void cmdSelectReportFolderDefaultHTM_Click();
+    void cmdSelectReportFolderDefaultTXT_Click();
+    // The text of paragraphs first..last of an editor, without the last
+    // line end (what a renderer takes of a section).
+    QString sectionText(bool original, qint32 first, qint32 last);
+
     // --- state ------------------------------------------------------------------------
-    clsCompareFileOptions moFileOptions;
+    filecompare::FileCompareSession session_;
+    clsCompareFileOptions& moFileOptions;
+    std::unique_ptr<filecompare::DiffRenderer> sideBySide_;
+    std::unique_ptr<filecompare::DiffRenderer> allInOne_;
     clsMRU mruOriginal;
     clsMRU mruModified;
 
-    bool mbAbort = false;
     bool mbOriginalDirty = true;
     bool mbModifiedDirty = true;
     bool mbSideBySideFresh = false;
     bool mbAllInOneFresh = false;
     qint32 mlCurrentDifference = -1;
     qint32 mlPreviousDifference = -1;
-    qint32 mlChangeCount = 0;
-    qint32 mlAdditionCount = 0;
-    qint32 mlDeletionCount = 0;
     qint32 mlActiveEditor = kOriginal;
     qint32 lLastSelectedFileFilterIndex = 1;
     bool mbFillingChangeList = false;
@@ -294,11 +327,19 @@ public:
     // Milliseconds on a monotonic clock at the start of a request.
     QElapsedTimer mlStartTicks;
 
-    Skeinmatch SkeinMacroDiff;
-    Skeinmatch SkeinMiniDiff;
-    // The conversion controls of this viewer (they remember the last
-    // spreadsheet they converted).
-    ConversionControls mConversionControls;
+    filecompare::CompareOptionsPage* optionsPage_ = nullptr;
+    filecompare::AutoRefresh* autoRefresh_ = nullptr;
+    frmCompareFilesFindReplace* findReplace_ = nullptr;
+    // A reload for the file watch keeps automatic refresh on.
+    bool keepAutoRefresh_ = false;
+
+    // While both editors are loaded together, the loads waiting for their
+    // documents.
+    PendingEditorLoads* pendingLoads_ = nullptr;
+    bool closeWhenIdle_ = false;
+    bool ready_ = false;
+    bool couplingScroll_ = false;
+    bool placingEditors_ = false;
 
     // --- controls ---------------------------------------------------------------------
     QTabWidget* ts = nullptr;
@@ -421,68 +462,4 @@ public:
     QAction* mnuShowDifferenceSelected = nullptr;
     QAction* mnuHideShowOriginalAndModified = nullptr;
 
-signals:
-    // Emitted at the end of every RunCompare, finished or aborted.
-    void runFinished();
-    // A status bar panel (1 to 5) was given a text.
-    void panelTextChanged(int panel, const QString& text);
-
-protected:
-    bool QueryUnload() override;
-    void Form_Unload() override;
-    bool eventFilter(QObject* watched, QEvent* event) override;
-
-private:
-    friend class filecompare::RunInputGuard;
-    friend class RunScope;
-
-    void Form_Load();
-    void buildControls();
-    void buildComparePage();
-    void buildOptionsPage();
-    void wireFindAndReplace();
-    void watchSelectedFiles();
-    void buildReportPage();
-    void buildMenus();
-    void buildStatusBar();
-    void wireEditor(RichTextBox* box, qint32 id);
-    void RunCompare(bool bShowDifference);
-    void refreshDisplayOnce(bool bReload, bool bShowDifference);
-    void showSideBySidePanes();
-    void showAllInOnePane();
-    void coupleScrolling(RichTextBox* from, RichTextBox* to, bool fromOriginal);
-    void closeIfAsked();
-    bool loadSideFile(const QString& sFile, qint32 lEditor, clsVarString& lastFile, clsMRU& mru, QComboBox* combo);
-
-    filecompare::CompareOptionsPage* optionsPage_ = nullptr;
-    filecompare::AutoRefresh* autoRefresh_ = nullptr;
-    frmCompareFilesFindReplace* findReplace_ = nullptr;
-    // A reload for the file watch keeps automatic refresh on.
-    bool keepAutoRefresh_ = false;
-
-    // While both editors are loaded together, the loads waiting for their
-    // documents.
-    PendingEditorLoads* pendingLoads_ = nullptr;
-
-    // One run at a time: a request during a run is kept and repeated once.
-    int runDepth_ = 0;
-    // What the last CompareDocuments could not do; empty when it worked.
-    QString compareFailure_;
-    bool rerunPending_ = false;
-    bool rerunReload_ = false;
-    bool rerunShowDifference_ = false;
-    bool closeWhenIdle_ = false;
-    bool ready_ = false;
-    bool couplingScroll_ = false;
-    bool placingEditors_ = false;
 };
-
-// Stand-ins for the platform calls the run makes, replaceable in tests.
-namespace filecompare {
-// Lets queued events run ("let events through").
-void DoEvents();
-// Gives up the processor for at least ms milliseconds (0: the time slice).
-void Sleep(int ms);
-// The user's attention sound at the end of a run.
-void Beep();
-} // namespace filecompare

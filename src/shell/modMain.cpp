@@ -96,7 +96,7 @@ bool CompareFilesFromCommandLine(frmMainMDI& frame)
         return gbClExitWhenDone;
     setViewerWindowState(frm, Qt::WindowMinimized);
 
-    clsCompareFileOptions& o = frm->moFileOptions;
+    clsCompareFileOptions& o = frm->Options();
     o.sFileOriginal = gsClMaster;
     o.sFileModified = gsClSource;
     // There is no switch for it, and a stored true would hide lines the
@@ -117,7 +117,7 @@ bool CompareFilesFromCommandLine(frmMainMDI& frame)
     assignRange(o.bExcelUseColsSource, o.sExcelColsSource, gsClExcelColsSource);
     frm->RefreshCompareOptionsGUI();
 
-    frm->ts->setCurrentIndex(0);
+    frm->ShowComparePage();
     setViewerWindowState(frm, Qt::WindowMaximized);
     const bool report = !gsClReportFile.isEmpty();
     if (gbClExitWhenDone) {
@@ -127,15 +127,15 @@ bool CompareFilesFromCommandLine(frmMainMDI& frame)
         const bool loaded = frm->CompareCommandLineForReport(!report);
         if (loaded && report)
             writeReport(frm);
-        if (loaded && frm->moFileOptions.bBeepWhenDone.Data())
+        if (loaded && frm->Options().bBeepWhenDone.Data())
             QApplication::beep();
-        glExitStatus = frm->SkeinMacroDiff.DifferenceCount();
+        glExitStatus = frm->Result().count();
     } else {
         frm->RefreshDisplayCommandLine(glClReportStyle);
-        waitWhile([frm] { return frm->SkeinMacroDiff.CompareInProgress(); });
+        waitWhile([frm] { return frm->IsBusy(); });
         // A load that failed leaves the wait window up for the driver to close.
-        frm->PleaseWait->hide();
-        glExitStatus = frm->SkeinMacroDiff.DifferenceCount();
+        frm->HideWaitWindow();
+        glExitStatus = frm->Result().count();
         if (report)
             writeReport(frm);
     }

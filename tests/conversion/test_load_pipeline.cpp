@@ -20,10 +20,10 @@ protected:
 TEST_F(LoadPipelineTest, TheRtfLetterKeepsItsFormatsUnderTheMarks)
 {
     compare(fixture("letter-original.rtf"), fixture("letter-modified.rtf"));
-    EXPECT_TRUE(viewer->rtbOriginal->Text().contains("Lefèvre Facilities Ltd"));
-    const int bold = int(viewer->rtbOriginal->Text().indexOf("maintenance contract"));
-    EXPECT_TRUE(viewer->rtbOriginal->formatAt(bold).bold);
-    RichTextBox* right = viewer->rtbModifiedDiffFinal;
+    EXPECT_TRUE(box(frmCompareFiles::kOriginal)->Text().contains("Lefèvre Facilities Ltd"));
+    const int bold = int(box(frmCompareFiles::kOriginal)->Text().indexOf("maintenance contract"));
+    EXPECT_TRUE(box(frmCompareFiles::kOriginal)->formatAt(bold).bold);
+    RichTextBox* right = box(frmCompareFiles::kModifiedDiffFinal);
     EXPECT_TRUE(right->formatAt(int(right->Text().indexOf("south"))).underline);
 }
 
@@ -33,17 +33,17 @@ TEST_F(LoadPipelineTest, LoadsAreRememberedInTheRecentListsAndOptions)
     const QString b = fixture("text-crlf-original.txt");
     ASSERT_TRUE(viewer->LoadOriginalFile(a));
     ASSERT_TRUE(viewer->LoadOriginalFile(b));
-    EXPECT_EQ(viewer->moFileOptions.sFileOriginal.Data(), b);
-    EXPECT_EQ(viewer->cbSelectOriginal->count(), 2);
-    EXPECT_EQ(viewer->cbSelectOriginal->itemText(0), b) << "the newest on top";
-    EXPECT_EQ(viewer->cbSelectOriginal->currentText(), b);
-    EXPECT_TRUE(viewer->mbOriginalDirty);
+    EXPECT_EQ(viewer->Options().sFileOriginal.Data(), b);
+    EXPECT_EQ(ui<QComboBox>("cbSelectOriginal")->count(), 2);
+    EXPECT_EQ(ui<QComboBox>("cbSelectOriginal")->itemText(0), b) << "the newest on top";
+    EXPECT_EQ(ui<QComboBox>("cbSelectOriginal")->currentText(), b);
+    EXPECT_TRUE(viewer->EditorDirty(frmCompareFiles::kOriginal));
 }
 
 TEST_F(LoadPipelineTest, BadInputGetsItsMessageAndTheEditorKeepsItsText)
 {
     ASSERT_TRUE(viewer->LoadOriginalFile(fixture("text-lf-original.txt")));
-    const QString before = viewer->rtbOriginal->Text();
+    const QString before = box(frmCompareFiles::kOriginal)->Text();
 
     // A missing file.
     const QString missing = dir.qpath() + "/missing.txt";
@@ -62,7 +62,7 @@ TEST_F(LoadPipelineTest, BadInputGetsItsMessageAndTheEditorKeepsItsText)
     tvtest::writeFile(binary.toStdString(), std::string("\x7f" "ELF\x02\x01\x01\x00\x00\x00 junk", 16));
     EXPECT_FALSE(viewer->LoadOriginalFile(binary));
     EXPECT_EQ(dialogs.logged.last(), "LoadFileIntoEditor(): Unable to load file: it holds no text.\n\n" + binary);
-    EXPECT_EQ(viewer->rtbOriginal->Text(), before);
+    EXPECT_EQ(box(frmCompareFiles::kOriginal)->Text(), before);
 
     // A damaged office document: its converter's message, and the same.
     const QString broken = dir.qpath() + "/broken.docx";
@@ -70,8 +70,8 @@ TEST_F(LoadPipelineTest, BadInputGetsItsMessageAndTheEditorKeepsItsText)
     EXPECT_FALSE(viewer->LoadOriginalFile(broken));
     EXPECT_TRUE(dialogs.logged.last().startsWith("LoadFileIntoEditor(): Unable to convert Word file."))
         << dialogs.logged.last().toStdString();
-    EXPECT_EQ(viewer->rtbOriginal->Text(), before);
-    EXPECT_EQ(viewer->moFileOptions.sFileOriginal.Data(), broken) << "the name is kept even so";
+    EXPECT_EQ(box(frmCompareFiles::kOriginal)->Text(), before);
+    EXPECT_EQ(viewer->Options().sFileOriginal.Data(), broken) << "the name is kept even so";
 }
 
 TEST_F(LoadPipelineTest, ACorruptRtfLoadsWhatCanBeReadAndLeavesTheFileAlone)
@@ -85,7 +85,7 @@ TEST_F(LoadPipelineTest, ACorruptRtfLoadsWhatCanBeReadAndLeavesTheFileAlone)
     tvtest::writeFile(cut.toStdString(), truncated);
     QFile::setPermissions(cut, QFile::ReadOwner);
     ASSERT_TRUE(viewer->LoadOriginalFile(cut));
-    EXPECT_TRUE(viewer->rtbOriginal->Text().startsWith("Lefèvre Facilities Ltd"));
+    EXPECT_TRUE(box(frmCompareFiles::kOriginal)->Text().startsWith("Lefèvre Facilities Ltd"));
     EXPECT_EQ(tvtest::readFile(cut.toStdString()), truncated);
     EXPECT_FALSE(QFile::permissions(cut) & QFile::WriteOwner) << "still read-only";
 }
@@ -96,15 +96,15 @@ TEST_F(LoadPipelineTest, ThePickerLoadsIntoTheEditorAndRemembersItsFilter)
     dialogs.nextFilterIndex = 2;
     viewer->PickFileForEditor(frmCompareFiles::kModified);
     ASSERT_EQ(dialogs.filePicks.size(), 1u);
-    EXPECT_EQ(viewer->lLastSelectedFileFilterIndex, 2);
-    EXPECT_TRUE(viewer->rtbModified->Text().startsWith("Packing list"));
-    EXPECT_EQ(viewer->cbSelectModified->currentText(), dialogs.nextFile);
-    EXPECT_EQ(viewer->moFileOptions.sFileModified.Data(), dialogs.nextFile);
+    EXPECT_EQ(viewer->LastFileFilterIndex(), 2);
+    EXPECT_TRUE(box(frmCompareFiles::kModified)->Text().startsWith("Packing list"));
+    EXPECT_EQ(ui<QComboBox>("cbSelectModified")->currentText(), dialogs.nextFile);
+    EXPECT_EQ(viewer->Options().sFileModified.Data(), dialogs.nextFile);
 
     // Cancelled: nothing changes.
     dialogs.nextFile.clear();
     viewer->PickFileForEditor(frmCompareFiles::kModified);
-    EXPECT_TRUE(viewer->rtbModified->Text().startsWith("Packing list"));
+    EXPECT_TRUE(box(frmCompareFiles::kModified)->Text().startsWith("Packing list"));
     EXPECT_EQ(dialogs.filePicks[1].filterIndex, 2) << "the last filter is offered again";
 }
 

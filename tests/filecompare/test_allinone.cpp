@@ -20,13 +20,13 @@ protected:
     void SetUp() override
     {
         ViewerTest::SetUp();
-        viewer->cmdChangeViewFormat->setText(frmCompareFiles::kViewSideBySide);
-        viewer->moFileOptions.bSelectTextInDiffViewer = true;
+        viewer->SetViewMode(frmCompareFiles::ViewMode::AllInOne);
+        viewer->Options().bSelectTextInDiffViewer = true;
     }
-    RichTextBox* aio() const { return viewer->rtbAIODiff; }
+    RichTextBox* aio() const { return box(frmCompareFiles::kAIODiff); }
     QString paragraph(qint32 n)
     {
-        viewer->docAIODiff.SelectParagraphs(n, n, false);
+        viewer->EditorDocument(frmCompareFiles::kAIODiff)->SelectParagraphs(n, n, false);
         return aio()->SelText();
     }
     int at(const QString& text) const
@@ -61,14 +61,14 @@ TEST_F(AllInOneTest, AChangeInTheLastParagraphKeepsEveryCharacter)
     EXPECT_TRUE(aio()->formatAt(at("here")).underline);
     EXPECT_FALSE(aio()->formatAt(at("end")).strike);
     EXPECT_EQ(paragraph(2), "the end is near here");
-    EXPECT_EQ(viewer->rtbChanges->Text(), "the end is near here\n");
+    EXPECT_EQ(box(frmCompareFiles::kChanges)->Text(), "the end is near here\n");
 }
 
 TEST_F(AllInOneTest, AChangeWithoutWordDifferencesKeepsItsOwnText)
 {
     // Only the line break moved: with blanks ignored the words are the same
     // on both sides, though the lines are not.
-    viewer->moFileOptions.bIgnoreWhitespace = true;
+    viewer->Options().bIgnoreWhitespace = true;
     compare(textFile("a.txt", {"start", "one two", "stop"}), textFile("b.txt", {"start", "one", "two", "stop"}));
     ASSERT_EQ(records(), QStringList({"c 2 2 2 3"}));
     EXPECT_EQ(aio()->Text(), "start\none two\nstop");
@@ -83,9 +83,6 @@ TEST_F(AllInOneTest, SeveralKindsTogetherKeepLaterParagraphsAddressable)
             textFile("b.txt", {"new first", "p1", "alpha gamma", "extra", "p3", "p5", "p6", "last"}));
     ASSERT_EQ(records(), QStringList({"a 0 0 1 1", "c 2 2 3 4", "d 4 4 5 5", "a 6 6 8 8"}));
     EXPECT_EQ(aio()->Text(), "new first\np1\nalpha beta gamma\nextra\np3\ngone\np5\np6\nlast");
-    EXPECT_EQ(viewer->mlAdditionCount, 2);
-    EXPECT_EQ(viewer->mlChangeCount, 1);
-    EXPECT_EQ(viewer->mlDeletionCount, 1);
     // Old words in the Original's change format, new ones in the Modified's.
     EXPECT_TRUE(aio()->formatAt(at("beta")).strike);
     EXPECT_TRUE(aio()->formatAt(at("beta")).bold);
@@ -95,8 +92,7 @@ TEST_F(AllInOneTest, SeveralKindsTogetherKeepLaterParagraphsAddressable)
     EXPECT_EQ(paragraph(6), "p6");
     EXPECT_EQ(paragraph(4), "gone");
     // Each record is found again by navigation.
-    viewer->mlCurrentDifference = 3;
-    viewer->ShowCurrentDifference(true);
+    viewer->ShowDifference(3);
     EXPECT_EQ(aio()->SelText(), "gone\n");
     viewer->tbShowDifferenceLast_Click();
     EXPECT_EQ(aio()->SelText(), "last");

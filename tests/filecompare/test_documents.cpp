@@ -49,20 +49,20 @@ TEST_F(DocumentTest, LettersOfEachWordProcessorFormatShowTheirThreeEdits)
         // The changed paragraph and the deleted one behind it make one
         // change; then the added paragraph.
         EXPECT_EQ(records(), QStringList({"c 6 7 6 6", "a 9 9 9 9"})) << ext;
-        EXPECT_TRUE(viewer->rtbOriginal->Text().contains("Dear Ms Whitfield,")) << ext;
-        EXPECT_TRUE(viewer->rtbModified->Text().contains("In addition, the fire alarm test")) << ext;
-        EXPECT_FALSE(viewer->rtbOriginal->Text().contains("<p")) << ext << ": text, not markup";
+        EXPECT_TRUE(box(frmCompareFiles::kOriginal)->Text().contains("Dear Ms Whitfield,")) << ext;
+        EXPECT_TRUE(box(frmCompareFiles::kModified)->Text().contains("In addition, the fire alarm test")) << ext;
+        EXPECT_FALSE(box(frmCompareFiles::kOriginal)->Text().contains("<p")) << ext << ": text, not markup";
     }
 }
 
 TEST_F(DocumentTest, PdfLettersCompareByTheirText)
 {
     compareData("letter-original.pdf", "letter-modified.pdf");
-    EXPECT_TRUE(viewer->rtbOriginal->Text().contains("Enclosure: visit schedule"));
+    EXPECT_TRUE(box(frmCompareFiles::kOriginal)->Text().contains("Enclosure: visit schedule"));
     // Lines as laid out on the page: the re-wrapped and deleted paragraphs
     // in one change, the new one as an addition.
     EXPECT_EQ(kinds(), "ca") << records().join(", ").toStdString();
-    EXPECT_TRUE(viewer->rtbModified->Text().contains("In addition, the fire alarm"));
+    EXPECT_TRUE(box(frmCompareFiles::kModified)->Text().contains("In addition, the fire alarm"));
 }
 
 TEST_F(DocumentTest, ALockedPdfIsOpenedWithThePasswordGivenOnce)
@@ -79,13 +79,14 @@ TEST_F(DocumentTest, ALockedPdfIsOpenedWithThePasswordGivenOnce)
 
 TEST_F(DocumentTest, SheetListsAndFormulasComeFromTheOptions)
 {
-    viewer->moFileOptions.sExcelSheetNumberMaster = "2";
-    viewer->moFileOptions.sExcelSheetNumberSource = "2";
-    viewer->moFileOptions.bExcelCompareFormulas = true;
+    viewer->Options().sExcelSheetNumberMaster = "2";
+    viewer->Options().sExcelSheetNumberSource = "2";
+    viewer->Options().bExcelCompareFormulas = true;
     compareData("book-original.xlsx", "book-modified.xlsx");
-    EXPECT_TRUE(viewer->rtbOriginal->Text().contains("=SUM(")) << viewer->rtbOriginal->Text().toStdString();
-    EXPECT_FALSE(viewer->rtbOriginal->Text().contains("Northwind"));
-    EXPECT_TRUE(viewer->rtbModified->Text().contains("Final"));
+    const QString original = box(frmCompareFiles::kOriginal)->Text();
+    EXPECT_TRUE(original.contains("=SUM(")) << original.toStdString();
+    EXPECT_FALSE(box(frmCompareFiles::kOriginal)->Text().contains("Northwind"));
+    EXPECT_TRUE(box(frmCompareFiles::kModified)->Text().contains("Final"));
     EXPECT_FALSE(records().isEmpty());
 }
 
@@ -94,44 +95,44 @@ TEST_F(DocumentTest, PlainTextIsShownInAFixedPitchFontAndRichTextKeepsItsOwn)
     const QString fixed = QFontDatabase::systemFont(QFontDatabase::FixedFont).family();
     auto shownFont = [](RichTextBox* box) { return box->view()->document()->defaultFont().family(); };
     compareData("book-original.xlsx", "book-modified.xlsx");
-    EXPECT_EQ(shownFont(viewer->rtbOriginal), fixed);
-    EXPECT_EQ(shownFont(viewer->rtbModifiedDiffFinal), fixed) << "the panes take the editors' look";
+    EXPECT_EQ(shownFont(box(frmCompareFiles::kOriginal)), fixed);
+    EXPECT_EQ(shownFont(box(frmCompareFiles::kModifiedDiffFinal)), fixed) << "the panes take the editors' look";
     viewer->cmdChangeViewFormat_Click();
-    EXPECT_EQ(shownFont(viewer->rtbAIODiff), fixed);
+    EXPECT_EQ(shownFont(box(frmCompareFiles::kAIODiff)), fixed);
     viewer->cmdChangeViewFormat_Click();
     compareData("letter-original.docx", "letter-modified.docx");
-    EXPECT_NE(shownFont(viewer->rtbOriginal), fixed);
-    EXPECT_NE(shownFont(viewer->rtbOriginalDiffFinal), fixed);
+    EXPECT_NE(shownFont(box(frmCompareFiles::kOriginal)), fixed);
+    EXPECT_NE(shownFont(box(frmCompareFiles::kOriginalDiffFinal)), fixed);
 }
 
 TEST_F(DocumentTest, AReloadBuildsBothEditorsAndTheyStillReportEdits)
 {
     const QString a = textFile("a.txt", {"one", "two", "three"});
     const QString b = textFile("b.txt", {"one", "2", "three"});
-    viewer->cbSelectOriginal->setEditText(a);
-    viewer->cbSelectModified->setEditText(b);
+    ui<QComboBox>("cbSelectOriginal")->setEditText(a);
+    ui<QComboBox>("cbSelectModified")->setEditText(b);
     viewer->RefreshDisplay(true, true);
-    EXPECT_EQ(viewer->rtbOriginal->Text(), "one\ntwo\nthree");
-    EXPECT_EQ(viewer->rtbModified->Text(), "one\n2\nthree");
+    EXPECT_EQ(box(frmCompareFiles::kOriginal)->Text(), "one\ntwo\nthree");
+    EXPECT_EQ(box(frmCompareFiles::kModified)->Text(), "one\n2\nthree");
     EXPECT_EQ(records(), QStringList({"c 2 2 2 2"}));
-    EXPECT_FALSE(viewer->mbOriginalDirty || viewer->mbModifiedDirty);
+    EXPECT_FALSE(viewer->EditorDirty(frmCompareFiles::kOriginal) || viewer->EditorDirty(frmCompareFiles::kModified));
     // The editors hold documents built elsewhere; typing still marks them.
-    QTextCursor c(viewer->rtbModified->document());
+    QTextCursor c(box(frmCompareFiles::kModified)->document());
     c.movePosition(QTextCursor::End);
     c.insertText(" more");
-    EXPECT_TRUE(viewer->mbModifiedDirty);
-    EXPECT_FALSE(viewer->mbOriginalDirty);
+    EXPECT_TRUE(viewer->EditorDirty(frmCompareFiles::kModified));
+    EXPECT_FALSE(viewer->EditorDirty(frmCompareFiles::kOriginal));
     EXPECT_EQ(viewer->PanelText(2), "Diff View not fresh");
     EXPECT_TRUE(QDir(QFileInfo(tempRtfPath()).absolutePath()).entryList({"Temp.RTF.*"}, QDir::Files).isEmpty())
         << "the staged copies are gone";
 
     // A reload whose Original is missing keeps the Modified it loaded.
     const QString c2 = textFile("c.txt", {"new modified"});
-    viewer->cbSelectModified->setEditText(c2);
-    viewer->cbSelectOriginal->setEditText(dir.qpath() + "/missing.txt");
+    ui<QComboBox>("cbSelectModified")->setEditText(c2);
+    ui<QComboBox>("cbSelectOriginal")->setEditText(dir.qpath() + "/missing.txt");
     viewer->RefreshDisplay(true, true);
-    EXPECT_EQ(viewer->rtbModified->Text(), "new modified");
-    EXPECT_EQ(viewer->rtbOriginal->Text(), "one\ntwo\nthree");
+    EXPECT_EQ(box(frmCompareFiles::kModified)->Text(), "new modified");
+    EXPECT_EQ(box(frmCompareFiles::kOriginal)->Text(), "one\ntwo\nthree");
 }
 
 } // namespace

@@ -40,8 +40,8 @@ protected:
     QStringList rows() const
     {
         QStringList out;
-        for (int i = 0; i < viewer->cmboChangeListing->count(); ++i)
-            out << viewer->cmboChangeListing->itemText(i);
+        for (int i = 0; i < ui<QComboBox>("cmboChangeListing")->count(); ++i)
+            out << ui<QComboBox>("cmboChangeListing")->itemText(i);
         return out;
     }
 
@@ -49,9 +49,9 @@ protected:
     QString buttons() const
     {
         QString s;
-        for (QAction* a : {viewer->tbShowDifferenceUnknown, viewer->tbShowDifferenceFirst,
-                           viewer->tbShowDifferencePrevious, viewer->tbShowDifferenceNext,
-                           viewer->tbShowDifferenceLast})
+        for (QAction* a : {ui<QAction>("tbShowDifferenceUnknown"), ui<QAction>("tbShowDifferenceFirst"),
+                           ui<QAction>("tbShowDifferencePrevious"), ui<QAction>("tbShowDifferenceNext"),
+                           ui<QAction>("tbShowDifferenceLast")})
             s += a->isEnabled() ? QLatin1Char('1') : QLatin1Char('0');
         return s;
     }
@@ -99,36 +99,35 @@ TEST_F(NavigationTest, MovesClampAtBothEndsAndTheButtonsFollow)
 {
     compareFive();
     // After the run the first difference is current.
-    EXPECT_EQ(viewer->mlCurrentDifference, 1);
+    EXPECT_EQ(viewer->CurrentDifference(), 1);
     EXPECT_EQ(buttons(), "10011");
-    EXPECT_EQ(viewer->cmboChangeListing->currentIndex(), 0);
+    EXPECT_EQ(ui<QComboBox>("cmboChangeListing")->currentIndex(), 0);
 
     viewer->tbShowDifferencePrevious_Click();
-    EXPECT_EQ(viewer->mlCurrentDifference, 1) << "0 is moved back to 1";
+    EXPECT_EQ(viewer->CurrentDifference(), 1) << "0 is moved back to 1";
     viewer->tbShowDifferenceNext_Click();
-    EXPECT_EQ(viewer->mlCurrentDifference, 2);
+    EXPECT_EQ(viewer->CurrentDifference(), 2);
     EXPECT_EQ(buttons(), "11111");
-    EXPECT_EQ(viewer->cmboChangeListing->currentIndex(), 1);
+    EXPECT_EQ(ui<QComboBox>("cmboChangeListing")->currentIndex(), 1);
     EXPECT_EQ(viewer->PanelText(3), "[2] Deletion of 2 lines at paragraph: 2");
 
     viewer->tbShowDifferenceLast_Click();
-    EXPECT_EQ(viewer->mlCurrentDifference, 5);
+    EXPECT_EQ(viewer->CurrentDifference(), 5);
     EXPECT_EQ(buttons(), "11100");
     viewer->tbShowDifferenceNext_Click();
-    EXPECT_EQ(viewer->mlCurrentDifference, 5) << "no wrap-around";
+    EXPECT_EQ(viewer->CurrentDifference(), 5) << "no wrap-around";
     EXPECT_EQ(viewer->PanelText(3), "[5] Change at paragraph: 9");
-    EXPECT_EQ(viewer->mlPreviousDifference, 5);
+    EXPECT_EQ(viewer->PreviousDifference(), 5);
 
     viewer->tbShowDifferenceFirst_Click();
     EXPECT_EQ(viewer->PanelText(3), "[1] Addition of 1 line at paragraph: 0");
-    viewer->mlCurrentDifference = 4;
-    viewer->ShowCurrentDifference(true);
+    viewer->ShowDifference(4);
     EXPECT_EQ(viewer->PanelText(3), "[4] Addition of 2 lines at paragraph: 7");
 
     // A pick in the list moves without refilling it.
-    viewer->cmboChangeListing->setCurrentIndex(2);
-    emit viewer->cmboChangeListing->activated(2);
-    EXPECT_EQ(viewer->mlCurrentDifference, 3);
+    ui<QComboBox>("cmboChangeListing")->setCurrentIndex(2);
+    emit ui<QComboBox>("cmboChangeListing")->activated(2);
+    EXPECT_EQ(viewer->CurrentDifference(), 3);
     EXPECT_EQ(viewer->PanelText(3), "[3] Change at paragraph: 5");
 }
 
@@ -148,14 +147,15 @@ TEST_F(NavigationTest, OneDifferenceLeavesOnlyTheFirstButtonAndNoneLeavesNothing
 
 TEST_F(NavigationTest, AllInOneSelectsAnAdditionAtTheTopFromTheStart)
 {
-    viewer->cmdChangeViewFormat->setText(frmCompareFiles::kViewSideBySide);
-    viewer->moFileOptions.bSelectTextInDiffViewer = true;
+    viewer->SetViewMode(frmCompareFiles::ViewMode::AllInOne);
+    viewer->Options().bSelectTextInDiffViewer = true;
     compareFive();
     viewer->tbShowDifferenceFirst_Click();
-    EXPECT_EQ(viewer->rtbAIODiff->SelStart(), 0);
-    EXPECT_TRUE(viewer->rtbAIODiff->SelText().startsWith("new top\nkeep 1")) << viewer->rtbAIODiff->SelText().toStdString();
+    EXPECT_EQ(box(frmCompareFiles::kAIODiff)->SelStart(), 0);
+    const QString selected = box(frmCompareFiles::kAIODiff)->SelText();
+    EXPECT_TRUE(selected.startsWith("new top\nkeep 1")) << selected.toStdString();
     viewer->tbShowDifferenceNext_Click();
-    EXPECT_EQ(viewer->rtbAIODiff->SelText(), "gone a\ngone b\n");
+    EXPECT_EQ(box(frmCompareFiles::kAIODiff)->SelText(), "gone a\ngone b\n");
 }
 
 TEST_F(NavigationTest, GoToMovesOnlyToANumberInTheList)
@@ -167,21 +167,21 @@ TEST_F(NavigationTest, GoToMovesOnlyToANumberInTheList)
     viewer->tbShowDifferenceUnknown_Click();
     EXPECT_EQ(offered, "2") << "the dialog starts on the current difference";
     EXPECT_TRUE(selectedAll);
-    EXPECT_EQ(viewer->mlCurrentDifference, 4);
-    EXPECT_EQ(viewer->cmboChangeListing->currentIndex(), 3);
+    EXPECT_EQ(viewer->CurrentDifference(), 4);
+    EXPECT_EQ(ui<QComboBox>("cmboChangeListing")->currentIndex(), 3);
 
     for (const QString& text : {QStringLiteral("0"), QStringLiteral("6"), QStringLiteral("-1"),
                                 QStringLiteral("two"), QStringLiteral(""), QStringLiteral("2.5")}) {
         answerGoTo(text, true);
         viewer->tbShowDifferenceUnknown_Click();
-        EXPECT_EQ(viewer->mlCurrentDifference, 4) << text.toStdString();
+        EXPECT_EQ(viewer->CurrentDifference(), 4) << text.toStdString();
     }
     answerGoTo("1", false);
     viewer->tbShowDifferenceUnknown_Click();
-    EXPECT_EQ(viewer->mlCurrentDifference, 4) << "cancelled";
+    EXPECT_EQ(viewer->CurrentDifference(), 4) << "cancelled";
     answerGoTo(" 5 ", true);
     viewer->tbShowDifferenceUnknown_Click();
-    EXPECT_EQ(viewer->mlCurrentDifference, 5);
+    EXPECT_EQ(viewer->CurrentDifference(), 5);
     EXPECT_TRUE(dialogs.boxes.isEmpty());
 }
 
@@ -191,8 +191,8 @@ TEST_F(NavigationTest, GoToWithoutDifferencesSaysSoThoughItsButtonIsOff)
     setModalRunner([&](QDialog&) { asked = true; });
     const QString same = textFile("a.txt", {"x"});
     compare(same, same);
-    EXPECT_FALSE(viewer->tbShowDifferenceUnknown->isEnabled());
-    viewer->mnuShowDifferenceSelected->trigger();
+    EXPECT_FALSE(ui<QAction>("tbShowDifferenceUnknown")->isEnabled());
+    ui<QAction>("mnuShowDifferenceSelected")->trigger();
     EXPECT_EQ(dialogs.boxes, QStringList({"Error | No differences to go to"}));
     EXPECT_FALSE(asked);
 }
@@ -200,12 +200,12 @@ TEST_F(NavigationTest, GoToWithoutDifferencesSaysSoThoughItsButtonIsOff)
 TEST_F(NavigationTest, PanelOneShowsRowAndColumnOfTheActiveEditor)
 {
     compare(textFile("a.txt", {"first line", "second line"}), textFile("b.txt", {"first line", "other"}));
-    viewer->mlActiveEditor = frmCompareFiles::kOriginal;
-    viewer->rtbOriginal->setSelStart(int(QString("first line\nsec").size()));
+    viewer->SetActiveEditor(frmCompareFiles::kOriginal);
+    box(frmCompareFiles::kOriginal)->setSelStart(int(QString("first line\nsec").size()));
     viewer->RefreshStatusBarItems();
     EXPECT_EQ(viewer->PanelText(1), "Row: 2  Column: 4");
-    viewer->mlActiveEditor = frmCompareFiles::kModified;
-    viewer->rtbModified->setSelStart(0);
+    viewer->SetActiveEditor(frmCompareFiles::kModified);
+    box(frmCompareFiles::kModified)->setSelStart(0);
     viewer->RefreshStatusBarItems();
     EXPECT_EQ(viewer->PanelText(1), "Row: 1  Column: 1");
 }
@@ -213,13 +213,13 @@ TEST_F(NavigationTest, PanelOneShowsRowAndColumnOfTheActiveEditor)
 TEST_F(NavigationTest, TheViewSwitchKeepsTheCurrentDifference)
 {
     compareFive();
-    viewer->mlCurrentDifference = 3;
-    viewer->ShowCurrentDifference(true);
+    viewer->ShowDifference(3);
     viewer->cmdChangeViewFormat_Click();
-    EXPECT_EQ(viewer->cmdChangeViewFormat->text(), frmCompareFiles::kViewSideBySide);
-    EXPECT_EQ(viewer->mlCurrentDifference, 3);
+    EXPECT_EQ(ui<QPushButton>("cmdChangeViewFormat")->text(), frmCompareFiles::kViewSideBySide);
+    EXPECT_EQ(viewer->CurrentDifference(), 3);
     EXPECT_EQ(viewer->PanelText(3), "[3] Change at paragraph: 5");
-    EXPECT_TRUE(viewer->mbAllInOneFresh && viewer->mbSideBySideFresh);
+    EXPECT_TRUE(viewer->ViewFresh(frmCompareFiles::ViewMode::AllInOne));
+    EXPECT_TRUE(viewer->ViewFresh(frmCompareFiles::ViewMode::SideBySide));
 }
 
 } // namespace

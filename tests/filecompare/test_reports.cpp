@@ -40,9 +40,9 @@ TEST_F(ReportTest, SettingsComeFromTheViewersSectionAndUnknownChoicesAreIgnored)
     IniWriteString(gsIniFile, s, "mlReportDefaultFileType_TV", "3");
     IniWriteString(gsIniFile, s, "mlReportDefaultStyle_TV", "2");
     viewer->ReadReportSettings();
-    EXPECT_EQ(viewer->txtDefaultReportHTM->text(), "/reports/r.htm");
-    EXPECT_EQ(viewer->txtReportTitleHTML->text(), "Contract review");
-    EXPECT_EQ(viewer->txtReportMasterTitleHTML->text(), "Draft");
+    EXPECT_EQ(ui<QLineEdit>("txtDefaultReportHTM")->text(), "/reports/r.htm");
+    EXPECT_EQ(ui<QLineEdit>("txtReportTitleHTML")->text(), "Contract review");
+    EXPECT_EQ(ui<QLineEdit>("txtReportMasterTitleHTML")->text(), "Draft");
     EXPECT_EQ(viewer->SelectedReportFormat(), frmCompareFiles::kReportCSV);
     EXPECT_EQ(viewer->SelectedReportStyle(), frmCompareFiles::kStyleSideBySide);
 
@@ -54,9 +54,9 @@ TEST_F(ReportTest, SettingsComeFromTheViewersSectionAndUnknownChoicesAreIgnored)
         EXPECT_EQ(viewer->SelectedReportStyle(), frmCompareFiles::kStyleSideBySide) << bad;
     }
 
-    viewer->rbDefaultReport[2]->setChecked(true);
-    viewer->rbDefaultReportStyle[1]->setChecked(true);
-    viewer->txtDefaultReportTXT->setText("/elsewhere/r.txt");
+    ui<QRadioButton>("rbDefaultReport_2")->setChecked(true);
+    ui<QRadioButton>("rbDefaultReportStyle_1")->setChecked(true);
+    ui<QLineEdit>("txtDefaultReportTXT")->setText("/elsewhere/r.txt");
     viewer->SaveIniFile();
     EXPECT_EQ(IniReadString(gsIniFile, s, "mlReportDefaultFileType_TV", ""), "2");
     EXPECT_EQ(IniReadString(gsIniFile, s, "mlReportDefaultStyle_TV", ""), "1");
@@ -67,7 +67,7 @@ TEST_F(ReportTest, SettingsComeFromTheViewersSectionAndUnknownChoicesAreIgnored)
 TEST_F(ReportTest, TheReportComparesTheEditorsAsTheyAreNow)
 {
     comparePair();
-    viewer->rtbModified->setText("alpha\nbeta\ngamma\nedited in the viewer");
+    box(frmCompareFiles::kModified)->setText("alpha\nbeta\ngamma\nedited in the viewer");
     ASSERT_TRUE(viewer->CreateReport(dir.qpath() + "/r.txt", 2, 0));
     const std::string text = report("r.txt");
     EXPECT_NE(text.find("+edited in the viewer"), std::string::npos) << text;
@@ -139,9 +139,9 @@ TEST_F(ReportTest, ReportsHoldNoLineThatIsInNeitherDocument)
 TEST_F(ReportTest, ViewReportWritesTheChosenReportAndOpensIt)
 {
     comparePair();
-    viewer->txtDefaultReportHTM->setText(dir.qpath() + "/default.htm");
-    viewer->txtDefaultReportTXT->setText(dir.qpath() + "/default.txt");
-    viewer->txtDefaultReportCSV->setText(dir.qpath() + "/default.csv");
+    ui<QLineEdit>("txtDefaultReportHTM")->setText(dir.qpath() + "/default.htm");
+    ui<QLineEdit>("txtDefaultReportTXT")->setText(dir.qpath() + "/default.txt");
+    ui<QLineEdit>("txtDefaultReportCSV")->setText(dir.qpath() + "/default.csv");
     panel3.clear();
     viewer->cmdViewReport_Click();
     EXPECT_EQ(launched.requests, QStringList({"document:" + dir.qpath() + "/default.htm"}));
@@ -153,9 +153,9 @@ TEST_F(ReportTest, ViewReportWritesTheChosenReportAndOpensIt)
     EXPECT_NE(html.find(original.toStdString()), std::string::npos);
     EXPECT_NE(html.find(modified.toStdString()), std::string::npos);
 
-    viewer->txtReportTitleHTML->setText("Review <draft>");
-    viewer->txtReportMasterTitleHTML->setText("Last week");
-    viewer->rbDefaultReportStyle[2]->setChecked(true);
+    ui<QLineEdit>("txtReportTitleHTML")->setText("Review <draft>");
+    ui<QLineEdit>("txtReportMasterTitleHTML")->setText("Last week");
+    ui<QRadioButton>("rbDefaultReportStyle_2")->setChecked(true);
     viewer->cmdViewReport_Click();
     html = report("default.htm");
     EXPECT_NE(html.find("Review &lt;draft&gt;"), std::string::npos);
@@ -166,10 +166,10 @@ TEST_F(ReportTest, ViewReportWritesTheChosenReportAndOpensIt)
     // Text and comma delimited reports always carry the paths, and open in
     // the text viewer.
     launched.requests.clear();
-    viewer->rbDefaultReport[2]->setChecked(true);
+    ui<QRadioButton>("rbDefaultReport_2")->setChecked(true);
     viewer->findChild<QAction*>("mnuReport")->trigger();
-    viewer->rbDefaultReport[3]->setChecked(true);
-    viewer->tbViewReport->trigger();
+    ui<QRadioButton>("rbDefaultReport_3")->setChecked(true);
+    ui<QAction>("tbViewReport")->trigger();
     EXPECT_EQ(launched.requests, QStringList({"text:" + dir.qpath() + "/default.txt",
                                               "text:" + dir.qpath() + "/default.csv"}));
     EXPECT_NE(report("default.txt").find(original.toStdString()), std::string::npos);
@@ -181,7 +181,7 @@ TEST_F(ReportTest, AFailedReportIsStillLaunched)
 {
     comparePair();
     const QString missing = dir.qpath() + "/missing/default.htm";
-    viewer->txtDefaultReportHTM->setText(missing);
+    ui<QLineEdit>("txtDefaultReportHTM")->setText(missing);
     viewer->cmdViewReport_Click();
     ASSERT_EQ(dialogs.boxes.size(), 1);
     EXPECT_TRUE(dialogs.boxes[0].startsWith("Report Creation Error | Unable to create target file: " + missing));

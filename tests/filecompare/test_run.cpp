@@ -71,8 +71,8 @@ TEST_F(RunTest, SideBySidePanesCarryTheFormatsOfEachKind)
     EXPECT_EQ(records(), kRecords);
 
     // Each side keeps its own paragraphs: no fillers.
-    RichTextBox* left = viewer->rtbOriginalDiffFinal;
-    RichTextBox* right = viewer->rtbModifiedDiffFinal;
+    RichTextBox* left = box(frmCompareFiles::kOriginalDiffFinal);
+    RichTextBox* right = box(frmCompareFiles::kModifiedDiffFinal);
     EXPECT_EQ(left->Text(), kOriginal.join("\n"));
     EXPECT_EQ(right->Text(), kModified.join("\n"));
 
@@ -99,47 +99,41 @@ TEST_F(RunTest, SideBySidePanesCarryTheFormatsOfEachKind)
     // Unchanged paragraphs are untouched.
     EXPECT_FALSE(right->formatAt(at(right, "omega")).bold);
 
-    // The work panes are given back after the run.
-    EXPECT_TRUE(viewer->rtbOriginalDiff->Text().isEmpty());
-    EXPECT_TRUE(viewer->rtbModifiedDiff->Text().isEmpty());
-    EXPECT_FALSE(viewer->rtbAIODiff->view()->isVisible());
-    EXPECT_TRUE(viewer->rtbOriginalDiffFinal->view()->isVisible());
+    EXPECT_FALSE(box(frmCompareFiles::kAIODiff)->view()->isVisible());
+    EXPECT_TRUE(box(frmCompareFiles::kOriginalDiffFinal)->view()->isVisible());
 }
 
 TEST_F(RunTest, FilteredViewsHoldTheirSectionsInDocumentOrder)
 {
     compare(textFile("a.txt", {"keep", "first gone", "keep too", "second gone", "keep three", "one two three", "end"}),
             textFile("b.txt", {"keep", "keep too", "keep three", "one TWO three", "end", "added one", "added two"}));
-    EXPECT_EQ(viewer->mlDeletionCount, 2);
-    EXPECT_EQ(viewer->mlChangeCount, 1);
-    EXPECT_EQ(viewer->mlAdditionCount, 1);
-    EXPECT_EQ(viewer->rtbDeletions->Text(), "first gone\nsecond gone\n");
-    EXPECT_EQ(viewer->rtbAdditions->Text(), "added one\nadded two");
+    EXPECT_EQ(box(frmCompareFiles::kDeletions)->Text(), "first gone\nsecond gone\n");
+    EXPECT_EQ(box(frmCompareFiles::kAdditions)->Text(), "added one\nadded two");
     // The Original's text of a change, then the Modified's.
-    EXPECT_EQ(viewer->rtbChanges->Text(), "one two three\none TWO three\n");
-    EXPECT_EQ(viewer->rtbDeletions->formatAt(0).foreColor, kBlue);
+    EXPECT_EQ(box(frmCompareFiles::kChanges)->Text(), "one two three\none TWO three\n");
+    EXPECT_EQ(box(frmCompareFiles::kDeletions)->formatAt(0).foreColor, kBlue);
 
     // The buttons of the kinds found are offered; a filter covers the view.
-    EXPECT_TRUE(viewer->rbShowAll->isChecked());
-    for (QRadioButton* rb : {viewer->rbShowAdditions, viewer->rbShowChanges, viewer->rbShowDeletions})
-        EXPECT_TRUE(rb->isVisibleTo(viewer->frameFilterButtons));
-    viewer->rbShowDeletions->setChecked(true);
-    EXPECT_TRUE(viewer->rtbDeletions->view()->isVisible());
+    EXPECT_TRUE(ui<QRadioButton>("rbShowAll")->isChecked());
+    for (const char* rb : {"rbShowAdditions", "rbShowChanges", "rbShowDeletions"})
+        EXPECT_TRUE(ui<QRadioButton>(rb)->isVisibleTo(ui<QWidget>("frameFilterButtons")));
+    ui<QRadioButton>("rbShowDeletions")->setChecked(true);
+    EXPECT_TRUE(box(frmCompareFiles::kDeletions)->view()->isVisible());
     EXPECT_EQ(viewer->PanelText(3), "Number of deletions: 2");
-    viewer->rbShowChanges->setChecked(true);
+    ui<QRadioButton>("rbShowChanges")->setChecked(true);
     EXPECT_EQ(viewer->PanelText(3), "Number of changes: 1");
-    EXPECT_TRUE(viewer->rtbDeletions->view()->isVisible()) << "an earlier filter stays under the new one";
-    viewer->rbShowAll->setChecked(true);
-    EXPECT_FALSE(viewer->rtbDeletions->view()->isVisible());
-    EXPECT_FALSE(viewer->rtbChanges->view()->isVisible());
+    EXPECT_TRUE(box(frmCompareFiles::kDeletions)->view()->isVisible()) << "an earlier filter stays under the new one";
+    ui<QRadioButton>("rbShowAll")->setChecked(true);
+    EXPECT_FALSE(box(frmCompareFiles::kDeletions)->view()->isVisible());
+    EXPECT_FALSE(box(frmCompareFiles::kChanges)->view()->isVisible());
 }
 
 TEST_F(RunTest, StatusBarFollowsTheStagesOfARun)
 {
     const QString a = textFile("a.txt", kOriginal);
     const QString b = textFile("b.txt", kModified);
-    viewer->cbSelectOriginal->setEditText(a);
-    viewer->cbSelectModified->setEditText(b);
+    ui<QComboBox>("cbSelectOriginal")->setEditText(a);
+    ui<QComboBox>("cbSelectModified")->setEditText(b);
     viewer->RefreshDisplay(true, true);
 
     auto indexOf = [this](const QString& text, int from = 0) { return int(panel3.indexOf(text, from)); };
@@ -165,9 +159,9 @@ TEST_F(RunTest, StatusBarFollowsTheStagesOfARun)
     EXPECT_TRUE(ok) << viewer->PanelText(5).toStdString();
     EXPECT_EQ(viewer->PanelText(4), "Total Time:");
     EXPECT_EQ(viewer->PanelText(2), "");
-    EXPECT_FALSE(viewer->tbAbort->isVisible());
-    EXPECT_FALSE(viewer->PleaseWait->isVisible());
-    EXPECT_FALSE(viewer->mbOriginalDirty || viewer->mbModifiedDirty);
+    EXPECT_FALSE(ui<QAction>("tbAbort")->isVisible());
+    EXPECT_FALSE(ui<frmPleaseWait>("")->isVisible());
+    EXPECT_FALSE(viewer->EditorDirty(frmCompareFiles::kOriginal) || viewer->EditorDirty(frmCompareFiles::kModified));
     EXPECT_EQ(viewer->windowTitle(), "(1) a.txt vs. b.txt");
 }
 
@@ -176,10 +170,10 @@ TEST_F(RunTest, EqualFilesSayNoDifferences)
     const QString a = textFile("a.txt", {"same", "text"});
     compare(a, a);
     EXPECT_EQ(viewer->PanelText(3), "Compare Completed. No differences detected.");
-    EXPECT_TRUE(viewer->rbShowAll->isChecked());
-    for (QRadioButton* rb : {viewer->rbShowAdditions, viewer->rbShowChanges, viewer->rbShowDeletions})
-        EXPECT_FALSE(rb->isVisibleTo(viewer->frameFilterButtons));
-    EXPECT_EQ(viewer->cmboChangeListing->count(), 0);
+    EXPECT_TRUE(ui<QRadioButton>("rbShowAll")->isChecked());
+    for (const char* rb : {"rbShowAdditions", "rbShowChanges", "rbShowDeletions"})
+        EXPECT_FALSE(ui<QRadioButton>(rb)->isVisibleTo(ui<QWidget>("frameFilterButtons")));
+    EXPECT_EQ(ui<QComboBox>("cmboChangeListing")->count(), 0);
 }
 
 // A run that could not hand the texts to the engine compared nothing: it
@@ -200,7 +194,7 @@ TEST_F(RunTest, AFailedStepSaysWhatFailedAndNeverClaimsEquality)
     EXPECT_FALSE(panel3.contains("Compare Completed. No differences detected."));
     EXPECT_EQ(dialogs.logged, QStringList({failure}));
     EXPECT_TRUE(records().isEmpty());
-    EXPECT_FALSE(viewer->tbAbort->isVisible());
+    EXPECT_FALSE(ui<QAction>("tbAbort")->isVisible());
     EXPECT_EQ(viewer->PanelText(5), "---");
 
     // The next run that can write its files works as before.
@@ -210,31 +204,33 @@ TEST_F(RunTest, AFailedStepSaysWhatFailedAndNeverClaimsEquality)
 
 TEST_F(RunTest, AClickOnTheStatusBarAbortsBetweenRecords)
 {
-    ASSERT_TRUE(compareAndActAt("Document ", [&] { QTest::mouseClick(viewer->sbPanels[2], Qt::LeftButton); }));
+    QWidget* statusPanel = ui<QWidget>("sbStatusPanel3");
+    ASSERT_TRUE(compareAndActAt("Document ", [&] { QTest::mouseClick(statusPanel, Qt::LeftButton); }));
     EXPECT_EQ(viewer->PanelText(3), "Compare Aborted");
     // The record in hand when the click came was finished, no further one.
-    EXPECT_EQ(viewer->mlAdditionCount, 1);
-    EXPECT_EQ(viewer->mlChangeCount + viewer->mlDeletionCount, 0);
-    EXPECT_EQ(viewer->SkeinMacroDiff.DifferenceCount(), 3);
-    EXPECT_FALSE(viewer->tbAbort->isVisible());
-    EXPECT_TRUE(viewer->cmdChangeViewFormat->isVisible());
+    EXPECT_EQ(box(frmCompareFiles::kAdditions)->Text(), "new line");
+    EXPECT_EQ(box(frmCompareFiles::kChanges)->Text() + box(frmCompareFiles::kDeletions)->Text(), "");
+    EXPECT_EQ(viewer->Result().count(), 3);
+    EXPECT_FALSE(ui<QAction>("tbAbort")->isVisible());
+    EXPECT_TRUE(ui<QPushButton>("cmdChangeViewFormat")->isVisible());
     // No time for an aborted run, and the editors stay marked for a new one.
     EXPECT_EQ(viewer->PanelText(5), "---");
-    EXPECT_TRUE(viewer->mbOriginalDirty);
+    EXPECT_TRUE(viewer->EditorDirty(frmCompareFiles::kOriginal));
 }
 
 TEST_F(RunTest, EscapeInTheWaitWindowAbortsTheListStage)
 {
     ASSERT_TRUE(compareAndActAt("Updating List Box", [&] {
-        EXPECT_TRUE(viewer->PleaseWait->isVisible());
-        QTest::keyClick(viewer->PleaseWait, Qt::Key_A);
-        EXPECT_FALSE(viewer->mbAbort) << "other keys do nothing";
-        QTest::keyClick(viewer->PleaseWait, Qt::Key_Escape);
+        EXPECT_TRUE(ui<frmPleaseWait>("")->isVisible());
+        QTest::keyClick(ui<frmPleaseWait>(""), Qt::Key_A);
+        EXPECT_FALSE(viewer->AbortRequested()) << "other keys do nothing";
+        QTest::keyClick(ui<frmPleaseWait>(""), Qt::Key_Escape);
     }));
     EXPECT_EQ(viewer->PanelText(3), "Compare Aborted");
     // The render stops at its first check: nothing was counted.
-    EXPECT_EQ(viewer->mlAdditionCount + viewer->mlChangeCount + viewer->mlDeletionCount, 0);
-    EXPECT_FALSE(viewer->PleaseWait->isVisible());
+    for (qint32 filtered : {frmCompareFiles::kAdditions, frmCompareFiles::kChanges, frmCompareFiles::kDeletions})
+        EXPECT_EQ(viewer->EditorBox(filtered)->Text(), "");
+    EXPECT_FALSE(ui<frmPleaseWait>("")->isVisible());
 }
 
 TEST_F(RunTest, TheToolbarAbortGetsThroughWhileOtherInputIsHeldBack)
@@ -242,15 +238,15 @@ TEST_F(RunTest, TheToolbarAbortGetsThroughWhileOtherInputIsHeldBack)
     ASSERT_TRUE(compareAndActAt("Document ", [&] {
         // A click on a button that would open the file picker must not get
         // in during the run.
-        QTest::mouseClick(viewer->cmdBrowseOriginal, Qt::LeftButton);
-        QWidget* abort = viewer->tbMain->widgetForAction(viewer->tbAbort);
+        QTest::mouseClick(ui<QToolButton>("cmdBrowseOriginal"), Qt::LeftButton);
+        QWidget* abort = ui<QToolBar>("tbMain")->widgetForAction(ui<QAction>("tbAbort"));
         ASSERT_NE(abort, nullptr);
         ASSERT_TRUE(abort->isVisible());
         QTest::mouseClick(abort, Qt::LeftButton);
     }));
     EXPECT_EQ(viewer->PanelText(3), "Compare Aborted");
     EXPECT_TRUE(dialogs.filePicks.empty());
-    QTest::mouseClick(viewer->cmdBrowseOriginal, Qt::LeftButton);
+    QTest::mouseClick(ui<QToolButton>("cmdBrowseOriginal"), Qt::LeftButton);
     EXPECT_EQ(dialogs.filePicks.size(), 1u) << "after the run the button works again";
 }
 
@@ -273,23 +269,24 @@ TEST_F(RunTest, ARequestDuringARunWaitsAndRunsOnceAfterIt)
     EXPECT_EQ(runs, 2);
     EXPECT_EQ(panel3.count("Comparing..."), 2);
     EXPECT_FALSE(viewer->IsBusy());
-    EXPECT_EQ(viewer->rtbOriginalDiffFinal->Text(), kOriginal.join("\n"));
+    EXPECT_EQ(box(frmCompareFiles::kOriginalDiffFinal)->Text(), kOriginal.join("\n"));
 }
 
 TEST_F(RunTest, ARefreshWithoutChangesRendersTheSameAgain)
 {
     comparePair();
-    const auto before = viewer->rtbModifiedDiffFinal->formatAt(viewer->rtbModifiedDiffFinal->Text().indexOf("red"));
+    RichTextBox* right = box(frmCompareFiles::kModifiedDiffFinal);
+    const auto before = right->formatAt(right->Text().indexOf("red"));
     viewer->RefreshDisplay(false, true);
     EXPECT_EQ(records(), kRecords);
-    EXPECT_EQ(viewer->rtbModifiedDiffFinal->formatAt(viewer->rtbModifiedDiffFinal->Text().indexOf("red")), before);
-    EXPECT_EQ(viewer->rtbChanges->Text(), "the quick brown fox\nthe quick red fox\n");
+    EXPECT_EQ(right->formatAt(right->Text().indexOf("red")), before);
+    EXPECT_EQ(box(frmCompareFiles::kChanges)->Text(), "the quick brown fox\nthe quick red fox\n");
 
     // An edit makes the view stale; the next run sees the edit.
-    QTextCursor c(viewer->rtbOriginal->document());
+    QTextCursor c(box(frmCompareFiles::kOriginal)->document());
     c.movePosition(QTextCursor::End);
     c.insertText("\nextra");
-    EXPECT_TRUE(viewer->mbOriginalDirty);
+    EXPECT_TRUE(viewer->EditorDirty(frmCompareFiles::kOriginal));
     EXPECT_EQ(viewer->PanelText(2), "Diff View not fresh");
     viewer->RefreshDisplay(false, true);
     EXPECT_EQ(records().size(), 3);
@@ -300,14 +297,14 @@ TEST_F(RunTest, AFailedReloadStopsTheRequest)
 {
     const QString a = textFile("a.txt", {"one"});
     compare(a, a);
-    viewer->cbSelectModified->setEditText(dir.qpath() + "/missing.txt");
+    ui<QComboBox>("cbSelectModified")->setEditText(dir.qpath() + "/missing.txt");
     panel3.clear();
     viewer->RefreshDisplay(true, true);
     ASSERT_FALSE(dialogs.boxes.isEmpty());
     EXPECT_EQ(dialogs.boxes.last(), "Error | File does not exist:\n\n" + dir.qpath() + "/missing.txt");
     EXPECT_FALSE(panel3.contains("Comparing..."));
-    EXPECT_FALSE(viewer->frameFilterButtons->isVisible());
-    EXPECT_FALSE(viewer->PleaseWait->isVisible());
+    EXPECT_FALSE(ui<QWidget>("frameFilterButtons")->isVisible());
+    EXPECT_FALSE(ui<frmPleaseWait>("")->isVisible());
 }
 
 TEST_F(RunTest, TheViewSwitchRendersAStaleViewOnlyOnce)
@@ -316,56 +313,55 @@ TEST_F(RunTest, TheViewSwitchRendersAStaleViewOnlyOnce)
     QObject::connect(viewer.get(), &frmCompareFiles::runFinished, viewer.get(), [&] { ++runs; });
     comparePair();
     EXPECT_EQ(runs, 1);
-    EXPECT_EQ(viewer->cmdChangeViewFormat->text(), frmCompareFiles::kViewAllInOne);
+    EXPECT_EQ(ui<QPushButton>("cmdChangeViewFormat")->text(), frmCompareFiles::kViewAllInOne);
 
     viewer->cmdChangeViewFormat_Click();
     EXPECT_EQ(runs, 2) << "the all-in-one view had never been rendered";
-    EXPECT_EQ(viewer->cmdChangeViewFormat->text(), frmCompareFiles::kViewSideBySide);
-    EXPECT_TRUE(viewer->rtbAIODiff->view()->isVisible());
-    EXPECT_FALSE(viewer->rtbOriginalDiffFinal->view()->isVisible());
+    EXPECT_EQ(ui<QPushButton>("cmdChangeViewFormat")->text(), frmCompareFiles::kViewSideBySide);
+    EXPECT_TRUE(box(frmCompareFiles::kAIODiff)->view()->isVisible());
+    EXPECT_FALSE(box(frmCompareFiles::kOriginalDiffFinal)->view()->isVisible());
 
     viewer->cmdChangeViewFormat_Click();
     EXPECT_EQ(runs, 2) << "the side-by-side view was still fresh";
-    EXPECT_TRUE(viewer->rtbOriginalDiffFinal->view()->isVisible());
+    EXPECT_TRUE(box(frmCompareFiles::kOriginalDiffFinal)->view()->isVisible());
     viewer->cmdChangeViewFormat_Click();
     EXPECT_EQ(runs, 2);
 }
 
 TEST_F(RunTest, AllInOneMergesTheTwoDocuments)
 {
-    viewer->cmdChangeViewFormat->setText(frmCompareFiles::kViewSideBySide);
+    viewer->SetViewMode(frmCompareFiles::ViewMode::AllInOne);
     comparePair();
-    RichTextBox* aio = viewer->rtbAIODiff;
+    RichTextBox* aio = box(frmCompareFiles::kAIODiff);
     // Deleted text stays, added text is inserted with its line break, and a
     // changed word reads old then new.
     EXPECT_EQ(aio->Text(), "alpha\nthe quick brown red  fox\nmiddle\ngone line\nomega\nnew line");
     EXPECT_TRUE(aio->formatAt(at(aio, "brown")).strike);
     EXPECT_TRUE(aio->formatAt(at(aio, "red")).underline);
-    EXPECT_EQ(viewer->rtbChanges->Text(), "the quick brown red  fox\n");
+    EXPECT_EQ(box(frmCompareFiles::kChanges)->Text(), "the quick brown red  fox\n");
     // The added text lies in the seam behind the last paragraph.
-    viewer->mlCurrentDifference = 3;
-    viewer->ShowCurrentDifference(true);
+    viewer->ShowDifference(3);
     EXPECT_EQ(aio->SelText(), "n") << "one character is selected unless the option asks for all";
-    viewer->moFileOptions.bSelectTextInDiffViewer = true;
+    viewer->Options().bSelectTextInDiffViewer = true;
     viewer->ShowCurrentDifference(true);
     EXPECT_EQ(aio->SelText(), "new line");
 }
 
 TEST_F(RunTest, OneTimeQuestionsAreAskedOnceAndActOnYes)
 {
-    viewer->cbSelectOriginal->setEditText(dir.qpath() + "/report.doc");
-    viewer->cbSelectModified->setEditText(dir.qpath() + "/report2.doc");
+    ui<QComboBox>("cbSelectOriginal")->setEditText(dir.qpath() + "/report.doc");
+    ui<QComboBox>("cbSelectModified")->setEditText(dir.qpath() + "/report2.doc");
     dialogs.answers = {MsgAnswer::Yes};
     viewer->RefreshDisplay(true, true);
     ASSERT_GE(dialogs.boxes.size(), 3);
     EXPECT_TRUE(dialogs.boxes[0].startsWith("Compare | For extremely large MS Word files"));
     EXPECT_EQ(dialogs.boxes[1], "Compare Options Updated | Your view options have been updated");
-    EXPECT_TRUE(viewer->cbRemoveFormatting->isChecked());
-    EXPECT_TRUE(viewer->moFileOptions.bRemoveFormatting.Data());
-    EXPECT_TRUE(viewer->bWarnedAboutLargeWordDocAlready);
+    EXPECT_TRUE(ui<QCheckBox>("cbRemoveFormatting")->isChecked());
+    EXPECT_TRUE(viewer->Options().bRemoveFormatting.Data());
+    EXPECT_TRUE(viewer->WarnedAboutLargeWordDoc());
 
     dialogs.boxes.clear();
-    viewer->cbRemoveFormatting->setChecked(false);
+    ui<QCheckBox>("cbRemoveFormatting")->setChecked(false);
     viewer->RefreshDisplay(true, true);
     for (const QString& box : dialogs.boxes)
         EXPECT_FALSE(box.startsWith("Compare | For extremely")) << "asked a second time";
@@ -377,28 +373,28 @@ TEST_F(RunTest, OneTimeQuestionsAreAskedOnceAndActOnYes)
 
 TEST_F(RunTest, SpreadsheetQuestionTurnsWordWrapOff)
 {
-    viewer->cbSelectOriginal->setEditText(dir.qpath() + "/book.xls");
-    viewer->cbSelectModified->setEditText(dir.qpath() + "/other.txt");
+    ui<QComboBox>("cbSelectOriginal")->setEditText(dir.qpath() + "/book.xls");
+    ui<QComboBox>("cbSelectModified")->setEditText(dir.qpath() + "/other.txt");
     dialogs.answers = {MsgAnswer::Yes};
     viewer->RefreshDisplay(true, true);
     ASSERT_FALSE(dialogs.boxes.isEmpty());
     EXPECT_EQ(dialogs.boxes[0], "Compare | When comparing XLS, it is best to turn the 'Word Wrap' view option "
                                 "off.  Turn of 'Word Wrap'?");
-    EXPECT_FALSE(viewer->mnuWordWrap->isChecked());
-    for (RichTextBox* box : {viewer->rtbOriginal, viewer->rtbModified, viewer->rtbOriginalDiffFinal,
-                             viewer->rtbModifiedDiffFinal, viewer->rtbAIODiff})
-        EXPECT_EQ(box->RightMargin(), 1000000) << box->objectName().toStdString();
+    EXPECT_FALSE(ui<QAction>("mnuWordWrap")->isChecked());
+    for (qint32 id : {frmCompareFiles::kOriginal, frmCompareFiles::kModified, frmCompareFiles::kOriginalDiffFinal,
+                      frmCompareFiles::kModifiedDiffFinal, frmCompareFiles::kAIODiff})
+        EXPECT_EQ(box(id)->RightMargin(), 1000000) << box(id)->objectName().toStdString();
 }
 
 TEST_F(RunTest, HtmlQuestionAnsweredNoChangesNothingButIsNotAskedAgain)
 {
-    viewer->cbSelectOriginal->setEditText(dir.qpath() + "/page.html");
-    viewer->cbSelectModified->setEditText(dir.qpath() + "/page2.html");
+    ui<QComboBox>("cbSelectOriginal")->setEditText(dir.qpath() + "/page.html");
+    ui<QComboBox>("cbSelectModified")->setEditText(dir.qpath() + "/page2.html");
     viewer->RefreshDisplay(true, true);
     ASSERT_FALSE(dialogs.boxes.isEmpty());
     EXPECT_TRUE(dialogs.boxes[0].startsWith("Compare | When comparing HTML"));
-    EXPECT_FALSE(viewer->moFileOptions.bRemoveFormatting.Data());
-    EXPECT_TRUE(viewer->bWarnedAboutHTMLAlready);
+    EXPECT_FALSE(viewer->Options().bRemoveFormatting.Data());
+    EXPECT_TRUE(viewer->WarnedAboutHTML());
 }
 
 } // namespace

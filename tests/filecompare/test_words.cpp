@@ -6,6 +6,7 @@
 #include "filecompare/FileCompareFormats.h"
 #include "filecompare/FileCompareWidgets.h"
 #include "filecompare/viewer_fixture.h"
+#include "filecompare/WordBounds.h"
 
 using tvtest::ViewerTest;
 
@@ -24,7 +25,7 @@ std::ostream& operator<<(std::ostream& os, const Bounds& b)
 Bounds bounds(const RichTextBox& box, qint32 word)
 {
     Bounds b{-9, -9};
-    EXPECT_TRUE(frmCompareFiles::FindWordBounds(&box, word, b.first, b.last));
+    EXPECT_TRUE(filecompare::FindWordBounds(&box, word, b.first, b.last));
     return b;
 }
 
@@ -53,25 +54,27 @@ TEST(WriteWordLines, OneLinePerWordSoLineNumbersAreWordNumbers)
 {
     tvtest::TempDir dir;
     const QString file = dir.qpath() + "/words.txt";
-    ASSERT_TRUE(frmCompareFiles::WriteWordLines("the cat\n\nsat " + QString(QChar(7)) + "x", file));
+    ASSERT_TRUE(filecompare::WriteWordLines("the cat\n\nsat " + QString(QChar(7)) + "x", file));
     // "the ", "cat", "" (the empty paragraph), "sat ", bell, "x"
     EXPECT_EQ(tvtest::readFile(file.toStdString()), "the \r\ncat\r\n\r\nsat \r\n\a\r\nx\r\n");
 
     RichTextBox box;
     box.setText("the cat\n\nsat " + QString(QChar(7)) + "x");
     qint32 first = 0, last = 0;
-    frmCompareFiles::FindWordBounds(&box, 4, first, last);
+    filecompare::FindWordBounds(&box, 4, first, last);
     EXPECT_EQ(box.Text().mid(first, last - first - 1), "sat") << "word 4 is line 4";
 
-    EXPECT_TRUE(frmCompareFiles::WriteWordLines("", file));
+    EXPECT_TRUE(filecompare::WriteWordLines("", file));
     EXPECT_EQ(tvtest::readFile(file.toStdString()), "");
 }
 
-TEST_F(ViewerTest, FormatWordRangeFormatsTheWordsWithTheirDelimiters)
+TEST(FormatWordRange, FormatsTheWordsWithTheirDelimiters)
 {
-    RichTextBox* box = viewer->rtbOriginalDiffTemp;
+    RichTextBox owned;
+    RichTextBox* box = &owned;
+    filecompare::WordIndexCache words;
     box->setText("one two three");
-    viewer->FormatWordRange(box, 2, 2, 255, 16777215, true, false, true, false);
+    filecompare::FormatWordRange(words, box, 2, 2, {255, 16777215, true, false, true, false});
     EXPECT_FALSE(box->formatAt(2).bold);
     for (int p = 3; p <= 7; ++p)   // " two "
         EXPECT_TRUE(box->formatAt(p).bold && box->formatAt(p).strike) << p;
@@ -82,7 +85,7 @@ TEST_F(ViewerTest, FormatWordRangeFormatsTheWordsWithTheirDelimiters)
     // From word 0, the top of the section, the range starts at the first
     // character.
     box->setText("alpha beta");
-    viewer->FormatWordRange(box, 0, 1, 255, 16777215, false, true, false, false);
+    filecompare::FormatWordRange(words, box, 0, 1, {255, 16777215, false, true, false, false});
     EXPECT_TRUE(box->formatAt(0).underline);
     EXPECT_TRUE(box->formatAt(5).underline);
     EXPECT_FALSE(box->formatAt(7).underline);

@@ -6,6 +6,7 @@
 #include "core/modGlobal.h"
 #include "support/qstring_print.h"
 #include "support/recordingdialogs.h"
+#include "support/findchild.h"
 #include "support/testsupport.h"
 
 #include <QFile>
@@ -56,15 +57,20 @@ protected:
         viewer->RefreshDisplay(false, true);
     }
 
+    // A box of the viewer, and a control by its objectName.
+    RichTextBox* box(qint32 id) const { return viewer->EditorBox(id); }
+    template <class T>
+    T* ui(const char* name) const
+    {
+        return child<T>(viewer, name);
+    }
+
     // The records of the last compare as "c 1 1 1 1".
     QStringList records() const
     {
         QStringList out;
-        for (int i = 0; i < viewer->SkeinMacroDiff.DifferenceCount(); ++i) {
-            int k = 0, a = 0, b = 0, c = 0, d = 0;
-            viewer->SkeinMacroDiff.GetDifference(i, k, a, b, c, d);
-            out << QStringLiteral("%1 %2 %3 %4 %5").arg(QChar(k)).arg(a).arg(b).arg(c).arg(d);
-        }
+        for (const filecompare::Difference& d : viewer->Result().records())
+            out << QStringLiteral("%1 %2 %3 %4 %5").arg(QChar(d.kind)).arg(d.lf).arg(d.ll).arg(d.rf).arg(d.rl);
         return out;
     }
 

@@ -4,20 +4,16 @@
 
 #include "support/testsupport.h"
 
+#include <QProcess>
 #include <gtest/gtest.h>
 
-#include <cstdio>
 #include <random>
-#include <sys/wait.h>
 
 namespace {
 
-std::string quote(const std::string& s)
+QString q(const std::string& s)
 {
-    std::string q = "'";
-    for (char c : s)
-        q += c == '\'' ? std::string("'\\''") : std::string(1, c);
-    return q + "'";
+    return QString::fromStdString(s);
 }
 
 struct Result {
@@ -25,20 +21,14 @@ struct Result {
     std::string out;
 };
 
-// Runs the tool with the arguments as given (already quoted where needed).
-Result tool(const std::string& args)
+Result tool(const QStringList& args)
 {
+    QProcess p;
+    p.start(q(tvtest::binaryPath("tallyvane-diff")), args);
     Result r;
-    std::string cmd = quote(tvtest::binaryPath("tallyvane-diff")) + " " + args + " 2>/dev/null";
-    FILE* p = popen(cmd.c_str(), "r");
-    if (!p)
-        return r;
-    char buf[4096];
-    std::size_t n;
-    while ((n = fread(buf, 1, sizeof buf, p)) > 0)
-        r.out.append(buf, n);
-    int st = pclose(p);
-    r.status = WIFEXITED(st) ? WEXITSTATUS(st) : -1;
+    if (p.waitForFinished(60000) && p.exitStatus() == QProcess::NormalExit)
+        r.status = p.exitCode();
+    r.out = p.readAllStandardOutput().toStdString();
     return r;
 }
 
@@ -51,10 +41,7 @@ struct Files {
         tvtest::writeFile(a, ta);
         tvtest::writeFile(b, tb);
     }
-    std::string args(const std::string& extra = "") const
-    {
-        return quote(a) + " " + quote(b) + (extra.empty() ? "" : " " + extra);
-    }
+    QStringList args(const QStringList& extra = {}) const { return QStringList{q(a), q(b)} + extra; }
 };
 
 } // namespace
@@ -69,14 +56,15 @@ TEST(DiffTool, ExitStatusSaysSameDifferOrTrouble)
     r = tool(differ.args());
     EXPECT_EQ(r.status, 1);
     EXPECT_EQ(r.out, "2c2\n< y\n---\n> z\n");
-    EXPECT_EQ(tool(quote(differ.a) + " " + quote(differ.dir.file("missing"))).status, 2);
-    EXPECT_EQ(tool(quote(differ.a)).status, 2);
-    EXPECT_EQ(tool(differ.args("--bogus")).status, 2);
-    EXPECT_EQ(tool(differ.args("--horizon 0")).status, 2);
-    EXPECT_EQ(tool(differ.args("--horizon")).status, 2);
-    EXPECT_EQ(tool("--help").status, 0);
-    EXPECT_NE(tool("--help").out.find("Usage: tallyvane-diff"), std::string::npos);
-    Result brief = tool(differ.args("-q"));
+    EXPECT_EQ(tool({q(differ.a), q(differ.dir.file("missing"))}).status, 2);
+    EXPECT_EQ(tool({q(differ.a)}).status, 2);
+    EXPECT_EQ(tool(differ.args({"--bogus"})).status, 2);
+    EXPECT_EQ(tool(differ.args({"--horizon", "0"})).status, 2);
+    EXPECT_EQ(tool(differ.args({"--horizon"})).status, 2);
+    const Result help = tool({"--help"});
+    EXPECT_EQ(help.status, 0);
+    EXPECT_NE(help.out.find("Usage: tallyvane-diff"), std::string::npos);
+    Result brief = tool(differ.args({"-q"}));
     EXPECT_EQ(brief.status, 1);
     EXPECT_NE(brief.out.find("differ"), std::string::npos);
 }
@@ -100,9 +88,8 @@ TEST(DiffTool, NormalOutputIsAPatch)
         Result r = tool(f.args());
         ASSERT_EQ(r.status, ta == tb ? 0 : 1);
         tvtest::writeFile(f.dir.file("n.diff"), r.out);
-        std::string cmd = "patch -s -o " + quote(f.dir.file("out.txt")) + " " + quote(f.a) + " "
-            + quote(f.dir.file("n.diff"));
-        ASSERT_EQ(std::system(cmd.c_str()), 0) << r.out;
+        ASSERT_EQ(QProcess::execute("patch", {"-s", "-o", q(f.dir.file("out.txt")), q(f.a), q(f.dir.file("n.diff"))}), 0)
+            << r.out;
         ASSERT_EQ(tvtest::readFile(f.dir.file("out.txt")), tb) << "round " << round << "\n" << r.out;
     }
 }
@@ -111,24 +98,24 @@ TEST(DiffTool, OptionsReachTheEngine)
 {
     Files f("Alpha\n\n  beta  gamma\n", "alpha\nbeta gamma\n");
     EXPECT_EQ(tool(f.args()).status, 1);
-    EXPECT_EQ(tool(f.args("-i -w -B")).status, 0);
-    EXPECT_EQ(tool(f.args("-i -w")).status, 1);
-    EXPECT_EQ(tool(f.args("-i -B")).status, 1);
+    EXPECT_EQ(tool(f.args({"-i", "-w", "-B"})).status, 0);
+    EXPECT_EQ(tool(f.args({"-i", "-w"})).status, 1);
+    EXPECT_EQ(tool(f.args({"-i", "-B"})).status, 1);
     Files near("1\n2\n3\n4\n", "x\n2\ny\n4\n");
     EXPECT_EQ(tool(near.args()).out, "1c1\n< 1\n---\n> x\n3c3\n< 3\n---\n> y\n");
-    EXPECT_EQ(tool(near.args("--larger-sections")).out, "1,3c1,3\n< 1\n< 2\n< 3\n---\n> x\n> 2\n> y\n");
+    EXPECT_EQ(tool(near.args({"--larger-sections"})).out, "1,3c1,3\n< 1\n< 2\n< 3\n---\n> x\n> 2\n> y\n");
     Files moved("1\n2\n3\n4\n5\n6\n7\n8\n", "1\n5\n6\n7\n8\n2\n3\n4\n");
-    EXPECT_EQ(tool(moved.args("--horizon 1")).out.substr(0, 8), "2,8c2,8\n");
-    EXPECT_EQ(tool(moved.args("--faster")).status, 1);
+    EXPECT_EQ(tool(moved.args({"--horizon", "1"})).out.substr(0, 8), "2,8c2,8\n");
+    EXPECT_EQ(tool(moved.args({"--faster"})).status, 1);
 }
 
 TEST(DiffTool, WritesReports)
 {
     Files f("one\ntwo\n", "one\nthree\n");
     const std::string path = f.dir.file("report.html");
-    EXPECT_EQ(tool(f.args("--report " + quote(path) + " --type 1 --title " + quote("My <title>"))).status, 1);
+    EXPECT_EQ(tool(f.args({"--report", q(path), "--type", "1", "--title", "My <title>"})).status, 1);
     EXPECT_NE(tvtest::readFile(path).find("<title>My &lt;title&gt;</title>"), std::string::npos);
-    EXPECT_EQ(tool(f.args("--report " + quote(path) + " --type 3")).status, 1);
+    EXPECT_EQ(tool(f.args({"--report", q(path), "--type", "3"})).status, 1);
     EXPECT_NE(tvtest::readFile(path).find("1,Change,2,2,2,2,two,three"), std::string::npos);
-    EXPECT_EQ(tool(f.args("--report " + quote(f.dir.file("no/dir/r.html")))).status, 2);
+    EXPECT_EQ(tool(f.args({"--report", q(f.dir.file("no/dir/r.html"))})).status, 2);
 }

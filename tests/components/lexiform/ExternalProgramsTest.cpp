@@ -3,11 +3,8 @@
 
 #include "LexiformTestUtil.h"
 #include "components/lexiform/Lexiform.h"
-#include "components/lexiform/RtfReader.h"
-#include "components/lexiform/RtfWriter.h"
 #include "support/testsupport.h"
 
-#include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
 #include <gtest/gtest.h>
@@ -93,30 +90,4 @@ TEST(ExternalPrograms, AHangingProgramIsStoppedAtTheTimeLimit)
     timer.start();
     EXPECT_EQ(lx.ConvertDocument(q(tmp.file("a.wpd")), q(tmp.file("o.txt")), TypePlainText), SourceInvalid);
     EXPECT_LT(timer.elapsed(), 10000);
-}
-
-TEST(ExternalPrograms, RealReadersOfTheInstalledTools)
-{
-    // antiword is a build dependency; its text of the letter is checked in
-    // DocumentText. Here: a file antiword rejects falls through to catdoc.
-    tvtest::TempDir tmp;
-    Lexiform lx;
-    tvtest::writeFile(tmp.file("bad.doc"), std::string("\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1", 8) + std::string(600, '\0'));
-    const int rc = lx.ConvertDocument(q(tmp.file("bad.doc")), q(tmp.file("o.txt")), TypePlainText);
-    EXPECT_TRUE(rc == SourceInvalid || rc == Ok) << rc;
-}
-
-TEST(SpecialProcessing, BlankParagraphsLeaveRichText)
-{
-    tvtest::TempDir tmp;
-    Document doc;
-    CharFormat bold;
-    bold.bold = true;
-    doc.paragraphs = {{{{"first", bold}}}, {}, {{{"  \t", {}}}}, {{{"second", {}}}}, {}};
-    tvtest::writeFile(tmp.file("t.rtf"), writeRtf(doc).toStdString());
-    Lexiform lx;
-    ASSERT_EQ(lx.SpecialProcessing(SP_REMOVE_BLANK_LINES, q(tmp.file("t.rtf")), ""), 0);
-    const Document back = readRtf(QByteArray::fromStdString(tvtest::readFile(tmp.file("t.rtf"))));
-    EXPECT_EQ(back.plainText(), "first\nsecond");
-    EXPECT_TRUE(back.paragraphs[0].runs[0].format.bold);
 }

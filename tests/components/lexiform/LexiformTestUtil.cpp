@@ -29,20 +29,15 @@ void writeZip(const std::string& path, const Members& members)
         throw std::runtime_error("cannot write zip " + path);
 }
 
-std::vector<QStringList> cellsOf(const QString& csvText)
+std::vector<QStringList> cellsOfFile(const std::string& path)
 {
     std::vector<QStringList> out;
-    for (QStringList r : lexiform::parseCsv(csvText)) {
+    for (QStringList r : lexiform::parseCsv(QString::fromStdString(tvtest::readFile(path)))) {
         for (QString& c : r)
             c = c.trimmed();
         out.push_back(r);
     }
     return out;
-}
-
-std::vector<QStringList> cellsOfFile(const std::string& path)
-{
-    return cellsOf(QString::fromStdString(tvtest::readFile(path)));
 }
 
 QByteArray fileDigest(const std::string& path)

@@ -22,8 +22,7 @@ inline QString q(const std::string& s)
 // Writes a zip file holding the given members, deflated.
 void writeZip(const std::string& path, const Members& members);
 
-// The cells of a CSV file or text, blanks at the ends of each cell removed.
-std::vector<QStringList> cellsOf(const QString& csvText);
+// The cells of a CSV file, blanks at the ends of each cell removed.
 std::vector<QStringList> cellsOfFile(const std::string& path);
 
 QByteArray fileDigest(const std::string& path);

@@ -56,8 +56,6 @@ TEST(NumberFormat, SimpleFormatsAndDates)
     EXPECT_EQ(formatNumber(61, "yyyy-mm-dd", false), "1900-03-01");
     EXPECT_EQ(formatNumber(1, "yyyy-mm-dd", false), "1900-01-01");
     EXPECT_EQ(formatNumber(7, "# ?/?", false), "7");
-    EXPECT_TRUE(isDateFormat("dd.mm.yyyy"));
-    EXPECT_FALSE(isDateFormat("#,##0.00 \"dd\""));
 }
 
 TEST(Formulas, SharedFormulasMoveTheirRelativeReferences)

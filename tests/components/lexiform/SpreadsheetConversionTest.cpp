@@ -112,11 +112,9 @@ TEST(SpreadsheetSheets, ListsSelectSheetsAndRejectNonsense)
     auto cells = cellsOfFile(out.toStdString());
     ASSERT_EQ(cells.size(), 7u);
     EXPECT_EQ(cells[0][0], "Measure");
-    EXPECT_EQ(lx.lastSpreadsheetFiles(), QStringList{out});
 
-    // Several sheets are kept apart until they are joined.
+    // Several sheets are joined with a naming line before each.
     ASSERT_EQ(lx.ConvertSpreadsheetValues(src, "1-2, 12, 20, *", out, 6), 0);
-    EXPECT_EQ(lx.lastSpreadsheetFiles().size(), 2);
     ASSERT_EQ(lx.SpecialProcessing(SP_CONCATENATE_ALL, out, "0"), 0);
     const std::string joined = tvtest::readFile(out.toStdString());
     EXPECT_EQ(joined.find("=== Sheet 1: Orders ===\n"), 0u);
@@ -124,7 +122,7 @@ TEST(SpreadsheetSheets, ListsSelectSheetsAndRejectNonsense)
 
     // Numbers past the end are ignored as long as one sheet exists.
     ASSERT_EQ(lx.ConvertSpreadsheetValues(src, "2, 7-9", out, 6), 0);
-    EXPECT_EQ(lx.lastSpreadsheetFiles().size(), 1);
+    EXPECT_EQ(cellsOfFile(out.toStdString()).size(), 7u);
 
     for (const char* bad : {"3", "12, 20", "", " , ", "x", "2-1", "0", "1;2", "-3"})
         EXPECT_EQ(lx.ConvertSpreadsheetValues(src, bad, out, 6), InvalidSheet) << bad;
@@ -201,25 +199,17 @@ TEST(SpreadsheetErrors, DamagedWorkbooksGiveResultCodesAndStayUntouched)
 TEST(SpreadsheetErrors, ZipBombStopsAtTheCap)
 {
     tvtest::TempDir tmp;
-    // 64 MiB of blank padding inside one sheet compresses to a few dozen KiB.
+    // 16 MiB of blank padding inside one sheet compresses to a few KiB.
     std::string sheet = "<row r=\"1\"><c r=\"A1\" t=\"inlineStr\"><is><t>x</t></is></c></row>";
-    sheet += std::string(64 << 20, ' ');
+    sheet += std::string(16 << 20, ' ');
     const std::string bomb = tmp.file("bomb.xlsx");
     writeXlsx(bomb, {{"S", sheet}});
     Lexiform lx;
     ReadLimits limits;
-    limits.maxEntryBytes = 8 << 20;
+    limits.maxEntryBytes = 4 << 20;
     lx.setReadLimits(limits);
     EXPECT_EQ(lx.ConvertSpreadsheetValues(q(bomb), "1", q(tmp.file("o.csv")), 6), SourceInvalid);
-
-    // A sheet asking for a row a million cells wide is refused as well.
-    const std::string wide = tmp.file("wide.ods");
-    writeZip(wide, {{"mimetype", "application/vnd.oasis.opendocument.spreadsheet"},
-                    {"content.xml", R"(<?xml version="1.0"?><office:document-content xmlns:office="urn:oasis:names:tc:opendocument:xmlns:office:1.0" xmlns:table="urn:oasis:names:tc:opendocument:xmlns:table:1.0" xmlns:text="urn:oasis:names:tc:opendocument:xmlns:text:1.0"><office:body><office:spreadsheet><table:table table:name="A"><table:table-row table:number-rows-repeated="1000000"><table:table-cell table:number-columns-repeated="1000" office:value-type="string"><text:p>x</text:p></table:table-cell></table:table-row></table:table></office:spreadsheet></office:body></office:document-content>)"}});
-    limits.maxEntryBytes = 1 << 30;
-    limits.maxCells = 5'000'000;
-    lx.setReadLimits(limits);
-    EXPECT_EQ(lx.ConvertSpreadsheetValues(q(wide), "1", q(tmp.file("o.csv")), 6), SourceInvalid);
+    EXPECT_TRUE(lx.lastLimitReason().contains("one of its parts unpacks")) << lx.lastLimitReason().toStdString();
 }
 
 TEST(SpreadsheetErrors, SheetsTooLargeToWriteSaySoBeforeBuildingThem)
@@ -274,7 +264,7 @@ TEST(SpreadsheetValues, RepeatedBlankCellsAndRowsAreNotMaterialised)
     EXPECT_EQ(tvtest::readFile(out.toStdString()), "1,1,\n,,\n,,\n,TRUE,\"a,\"\"b\"\"\nc  d\"\n");
 }
 
-TEST(SpreadsheetValues, FiftyThousandRowsConvertAndCrop)
+TEST(SpreadsheetValues, FiftyThousandRowsConvert)
 {
     tvtest::TempDir tmp;
     std::string rows;
@@ -291,10 +281,6 @@ TEST(SpreadsheetValues, FiftyThousandRowsConvertAndCrop)
     auto cells = cellsOfFile(out.toStdString());
     ASSERT_EQ(cells.size(), 50000u);
     EXPECT_EQ(cells[49999], (QStringList{"50000", "row 50000"}));
-    ASSERT_EQ(lx.SpecialProcessing(SP_CROP_CSV_TO_ROWS, "", "49999-50000, 3"), 0);
-    cells = cellsOfFile(out.toStdString());
-    ASSERT_EQ(cells.size(), 3u);
-    EXPECT_EQ(cells[0][1], "row 3");
 }
 
 TEST(SpreadsheetValues, NumberFormatsOfCellStylesApply)

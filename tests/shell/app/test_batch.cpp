@@ -13,6 +13,7 @@
 #include "shell/frmMainMDI.h"
 #include "shell/frmPleaseWait.h"
 #include "shell/modMain.h"
+#include "support/findchild.h"
 #include "support/qstring_print.h"
 #include "support/recordingdialogs.h"
 #include "support/recordinglauncher.h"
@@ -80,11 +81,11 @@ TEST_F(BatchTest, TheFileDriverComparesCountsReportsAndLogs)
     EXPECT_EQ(readFile(dir.file("run.log")),
               "Successfully Compared " + dir.file("a.txt") + " to " + dir.file("b.txt") + "\n");
     frmCompareFiles* v = viewer1();
-    EXPECT_EQ(v->moFileOptions.sFileOriginal.Data(), at("a.txt"));
-    EXPECT_EQ(v->moFileOptions.sFileModified.Data(), at("b.txt"));
-    EXPECT_EQ(v->ts->currentIndex(), 0);
-    EXPECT_TRUE(v->SideBySideShowing()) << "style 2 is the default";
-    EXPECT_FALSE(v->PleaseWait->isVisible());
+    EXPECT_EQ(v->Options().sFileOriginal.Data(), at("a.txt"));
+    EXPECT_EQ(v->Options().sFileModified.Data(), at("b.txt"));
+    EXPECT_EQ(tvtest::child<QTabWidget>(v, "ts")->currentIndex(), 0);
+    EXPECT_TRUE(v->CurrentViewMode() == frmCompareFiles::ViewMode::SideBySide) << "style 2 is the default";
+    EXPECT_FALSE(tvtest::child<frmPleaseWait>(v, "")->isVisible());
     EXPECT_TRUE(launched.requests.isEmpty()) << "no -O, nothing opened";
     // The report names the files, not the work files the engine read.
     const std::string html = readFile(dir.file("r.htm"));
@@ -96,13 +97,13 @@ TEST_F(BatchTest, SwitchesReachTheOptionsOfViewerOne)
 {
     // What the last interactive session left behind.
     frmCompareFiles* v = viewer1();
-    v->moFileOptions.bIgnoreEmptyLines = true;
-    v->moFileOptions.sExcelRowsMaster = "5-9";
-    v->moFileOptions.bExcelUseRowsMaster = true;
-    v->moFileOptions.sExcelColsSource = "2";
+    v->Options().bIgnoreEmptyLines = true;
+    v->Options().sExcelRowsMaster = "5-9";
+    v->Options().bExcelUseRowsMaster = true;
+    v->Options().sExcelColsSource = "2";
     parse({"-I", "-W", "-B", "-Q", "-E", "-A", "-H", "-Y", "2", "-Z3", "-2", "1-3", "-3", "4,6"});
     CompareFilesFromCommandLine(*frame);
-    const clsCompareFileOptions& o = v->moFileOptions;
+    const clsCompareFileOptions& o = v->Options();
     EXPECT_FALSE(o.bIgnoreEmptyLines.Data()) << "no switch for it: always off";
     EXPECT_TRUE(o.bIgnoreCase.Data() && o.bIgnoreWhitespace.Data() && o.bBeepWhenDone.Data() && o.bQuickCompare.Data()
                 && o.bRemoveBlankLines.Data() && o.bExcelCompareFormulas.Data() && o.bHTMLCompareSource.Data());
@@ -119,7 +120,7 @@ TEST_F(BatchTest, SwitchesReachTheOptionsOfViewerOne)
     EXPECT_EQ(o.sExcelColsSource.Data(), "2");
     // Ignoring case, the only difference left is the added line.
     EXPECT_EQ(glExitStatus, 1);
-    EXPECT_TRUE(v->cbIgnoreCase->isChecked()) << "the options page shows what the run used";
+    EXPECT_TRUE(tvtest::child<QCheckBox>(v, "cbIgnoreCase")->isChecked()) << "the options page shows what the run used";
 }
 
 TEST_F(BatchTest, OpenedReportsGoToTheBrowserOrTheTextViewer)
@@ -150,10 +151,10 @@ TEST_F(BatchTest, WithoutExitTheViewerStaysInTheViewTheSwitchReaches)
     EXPECT_FALSE(CompareFilesFromCommandLine(*frame));
     frmCompareFiles* v = viewer1();
     // The run showed all in one; the switch afterwards shows side by side.
-    EXPECT_TRUE(v->mbAllInOneFresh);
-    EXPECT_TRUE(v->SideBySideShowing());
-    EXPECT_EQ(v->cmdChangeViewFormat->text(), frmCompareFiles::kViewAllInOne);
-    EXPECT_TRUE(v->rtbOriginalDiffFinal->Text().startsWith("alpha\nbeta\ngamma"));
+    EXPECT_TRUE(v->ViewFresh(frmCompareFiles::ViewMode::AllInOne));
+    EXPECT_TRUE(v->CurrentViewMode() == frmCompareFiles::ViewMode::SideBySide);
+    EXPECT_EQ(tvtest::child<QPushButton>(v, "cmdChangeViewFormat")->text(), frmCompareFiles::kViewAllInOne);
+    EXPECT_TRUE(v->EditorBox(frmCompareFiles::kOriginalDiffFinal)->Text().startsWith("alpha\nbeta\ngamma"));
 
     // Closing the frame normally keeps what the batch run set.
     parse({"-I"});
@@ -172,7 +173,7 @@ TEST_F(BatchTest, AFileThatCannotBeLoadedStillEndsTheRunAndLogsIt)
     // The log keeps the last message only, and that one says the same.
     EXPECT_EQ(readFile(dir.file("run.log")),
               "Successfully Compared " + dir.file("a.txt") + " to " + dir.file("c.txt") + "\n");
-    EXPECT_FALSE(viewer1()->PleaseWait->isVisible());
+    EXPECT_FALSE(tvtest::child<frmPleaseWait>(viewer1(), "")->isVisible());
 }
 
 // A folder viewer that only records what the driver does with it.

@@ -79,8 +79,8 @@ TEST_F(FrameTest, ViewersOfTheLastRunComeBackAndTheActiveOneGetsTheFocus)
     // Each viewer read its own section.
     auto* second = qobject_cast<frmCompareFiles*>(active);
     ASSERT_NE(second, nullptr);
-    EXPECT_TRUE(second->moFileOptions.bIgnoreCase.Data());
-    EXPECT_FALSE(qobject_cast<frmCompareFiles*>(frame->LoadedForms()[0])->moFileOptions.bIgnoreCase.Data());
+    EXPECT_TRUE(second->Options().bIgnoreCase.Data());
+    EXPECT_FALSE(qobject_cast<frmCompareFiles*>(frame->LoadedForms()[0])->Options().bIgnoreCase.Data());
 }
 
 TEST_F(FrameTest, ActiveFormNamingNoViewerLeavesTheLastOneActive)
@@ -100,7 +100,7 @@ TEST_F(FrameTest, ZeroViewersGiveAnEmptyFrame)
     IniWriteString(gsIniFile, "1_CompareFile", "bIgnoreEmptyLines", "TRUE");
     frame->mnuCompareFiles_Click();
     ASSERT_EQ(descriptions(), QStringList({"1_CompareFile"}));
-    EXPECT_TRUE(qobject_cast<frmCompareFiles*>(frame->LoadedForms()[0])->moFileOptions.bIgnoreEmptyLines.Data());
+    EXPECT_TRUE(qobject_cast<frmCompareFiles*>(frame->LoadedForms()[0])->Options().bIgnoreEmptyLines.Data());
     frame->mnuCompareFiles_Click();
     EXPECT_EQ(descriptions().size(), 1) << "found, not made again";
 }
@@ -141,7 +141,7 @@ TEST_F(FrameTest, ClosingSavesEachViewerAndTheCounts)
     main("numCFForms", "3");
     load();
     auto* second = qobject_cast<frmCompareFiles*>(frame->LoadedForms()[1]);
-    second->moFileOptions.bIgnoreCase = true;
+    second->Options().bIgnoreCase = true;
     frame->ActivateViewer(second);
     frame->LoadedForms()[2]->parentWidget()->close();
     closeFrame();
