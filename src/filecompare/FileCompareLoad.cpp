@@ -150,8 +150,17 @@ bool frmCompareFiles::LoadFileIntoEditor(const QString& sFile, qint32 lEditor)
         editor ? session_.stageForEditor(sFile, sTemp, lEditor == kOriginal) : session_.stageForPane(sFile, sTemp);
     if (!staged.ok)
         return false;
-    if (editor)
+    if (editor) {
         (lEditor == kOriginal ? mruOriginal : mruModified).AddUniqueItemToCollection(sFile);
+        std::optional<QString>& held = heldText_[lEditor == kOriginal ? 0 : 1];
+        held.reset();
+        QString text;
+        if (textOnlyLoads_ && !staged.richText && filecompare::FileCompareSession::PlainTextOf(sTemp, text)) {
+            held = std::move(text);
+            (lEditor == kOriginal ? mbOriginalDirty : mbModifiedDirty) = true;
+            return true;
+        }
+    }
     RichTextBox* box = EditorBox(lEditor);
     clsRTBDocument* doc = EditorDocument(lEditor);
     if (!box || !doc)

@@ -17,6 +17,7 @@
 #include <QFileInfo>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QScopeGuard>
 #include <QStatusBar>
 #include <QTextEdit>
 #include <QToolBar>
@@ -203,6 +204,9 @@ bool frmCompareFiles::CompareCommandLineForReport(bool bCompare)
         RunScope scope(this);
         mlStartTicks.start();
         SetPanelText(3, QStringLiteral("Loading files..."));
+        // Nobody sees the editors of this run: plain text stays text.
+        textOnlyLoads_ = true;
+        const auto restore = qScopeGuard([this] { textOnlyLoads_ = false; });
         loaded = LoadModifiedThenOriginal(moFileOptions.sFileModified.Data(), moFileOptions.sFileOriginal.Data());
         // A compare that fails is compared again, and reported, by the report.
         if (loaded && bCompare)
@@ -342,7 +346,18 @@ QString frmCompareFiles::sectionText(bool original, qint32 first, qint32 last)
 bool frmCompareFiles::CompareEditors()
 {
     filecompare::BusyCursor busy;
-    return session_.compare(rtbOriginal->Text(), rtbModified->Text()).ok();
+    return session_.compare(EditorText(kOriginal), EditorText(kModified)).ok();
+}
+
+QString frmCompareFiles::EditorText(qint32 lEditor) const
+{
+    if (lEditor == kOriginal || lEditor == kModified) {
+        const std::optional<QString>& held = heldText_[lEditor == kOriginal ? 0 : 1];
+        if (held)
+            return *held;
+    }
+    const RichTextBox* box = EditorBox(lEditor);
+    return box ? box->Text() : QString();
 }
 
 // --- questions -----------------------------------------------------------------------------

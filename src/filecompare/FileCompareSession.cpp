@@ -3,6 +3,8 @@
 #include "filecompare/FileCompareSession.h"
 
 #include "components/lexiform/FileBytes.h"
+#include "components/lexiform/PlainTextReader.h"
+#include "components/lexiform/RtfReader.h"
 #include "conversion/LoadPipeline.h"
 #include "core/Places.h"
 #include "core/modGlobal.h"
@@ -116,6 +118,31 @@ FileCompareSession::Staged FileCompareSession::stageForPane(const QString& sFile
         return {};
     }
     return {true, stagedFileIsRichText(sTemp)};
+}
+
+bool FileCompareSession::PlainTextOf(const QString& staged, QString& text)
+{
+    QFile f(staged);
+    if (!f.open(QIODevice::ReadOnly))
+        return false;
+    QByteArray bytes = f.readAll();
+    if (f.error() != QFile::NoError || lexiform::looksLikeRtf(bytes))
+        return false;
+    QString s = lexiform::decodeText(bytes);
+    bytes = QByteArray();
+    // As an editor takes plain text: every line end a line feed.
+    if (s.contains(QLatin1Char('\r'))) {
+        s.replace(QLatin1String("\r\n"), QLatin1String("\n"));
+        s.replace(QLatin1Char('\r'), QLatin1Char('\n'));
+    }
+    // A document also breaks paragraphs at these, and its text then shows a
+    // line feed where the file has them: such a file takes the document's
+    // road, so that what is compared is what the editor would hold.
+    for (const QChar c : {QChar(QChar::ParagraphSeparator), QChar(0xFDD0), QChar(0xFDD1)})
+        if (s.contains(c))
+            return false;
+    text = std::move(s);
+    return true;
 }
 
 // --- the run rule ------------------------------------------------------------------------

@@ -48,6 +48,11 @@ public:
     };
     Staged stageForEditor(const QString& sFile, const QString& sTemp, bool original);
     Staged stageForPane(const QString& sFile, const QString& sTemp);
+    // The text an editor would hold of a staged plain-text file, read without
+    // building a document (which, for a large file, takes most of a run that
+    // only reports). False for rich text, an unreadable file, or a text in
+    // which a document would start paragraphs the lines here do not.
+    static bool PlainTextOf(const QString& staged, QString& text);
 
     // --- the run rule ----------------------------------------------------------------
     bool busy() const { return depth_ > 0; }

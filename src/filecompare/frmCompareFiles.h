@@ -39,6 +39,7 @@
 #include <array>
 #include <cstdint>
 #include <memory>
+#include <optional>
 
 class QAction;
 class QComboBox;
@@ -162,6 +163,9 @@ public:
     // Compares the editors' texts into a new result (without word-level
     // records); false when a step failed, which the result then names.
     bool CompareEditors();
+    // An editor's text as a compare takes it: what a text-only load kept
+    // for it, or else the editor's own.
+    QString EditorText(qint32 lEditor) const;
     void UpdateWindowCaption();
     // The view switch (F6), and the view as the caption says.
     void cmdChangeViewFormat_Click();
@@ -336,6 +340,11 @@ private:
     // While both editors are loaded together, the loads waiting for their
     // documents.
     PendingEditorLoads* pendingLoads_ = nullptr;
+    // A run that only reports (or only counts) loads plain text as text: no
+    // document is built, the editors stay as they were, and the texts wait
+    // here for the compare.
+    bool textOnlyLoads_ = false;
+    std::array<std::optional<QString>, 2> heldText_;
     bool closeWhenIdle_ = false;
     bool ready_ = false;
     bool couplingScroll_ = false;

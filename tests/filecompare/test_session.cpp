@@ -3,10 +3,12 @@
 // come in during a run.
 
 #include "core/modGlobal.h"
+#include "document/RichTextBox.h"
 #include "filecompare/FileCompareSession.h"
 #include "support/qstring_print.h"
 #include "support/testsupport.h"
 
+#include <QFile>
 #include <QStringList>
 #include <gtest/gtest.h>
 
@@ -69,6 +71,34 @@ TEST(FileCompareSession, ARequestDuringARunIsKeptOnceAndAnAbortDropsIt)
         session.abort();
     }
     EXPECT_FALSE(session.takeRerun(reload, show));
+}
+
+TEST(FileCompareSession, ATextOnlyLoadReadsWhatAnEditorWouldHold)
+{
+    tvtest::TempDir dir;
+    auto written = [&](const char* name, const QByteArray& bytes) {
+        const QString path = dir.qpath() + "/" + name;
+        QFile f(path);
+        f.open(QIODevice::WriteOnly);
+        f.write(bytes);
+        return path;
+    };
+    const QStringList files{tvtest::qDataPath("text-crlf-original.txt"), tvtest::qDataPath("latin1-original.txt"),
+                            tvtest::qDataPath("utf16le-original.txt"),
+                            written("mixed.txt", "lone\rcr\r\ncrlf\n\ttab \xe2\x80\xa8 line separator\n\n")};
+    for (const QString& file : files) {
+        RichTextBox editor;
+        ASSERT_FALSE(editor.LoadFile(file)) << file.toStdString();
+        QString text;
+        ASSERT_TRUE(FileCompareSession::PlainTextOf(file, text)) << file.toStdString();
+        EXPECT_EQ(text, editor.Text()) << file.toStdString();
+    }
+    // Where a document would break a paragraph that the file's lines do not,
+    // and for rich text, the editor's own road is taken.
+    QString text;
+    EXPECT_FALSE(FileCompareSession::PlainTextOf(written("sep.txt", "a\xe2\x80\xa9" "b\n"), text));
+    EXPECT_FALSE(FileCompareSession::PlainTextOf(written("r.rtf", "{\\rtf1 x}"), text));
+    EXPECT_FALSE(FileCompareSession::PlainTextOf(dir.qpath() + "/missing.txt", text));
 }
 
 } // namespace

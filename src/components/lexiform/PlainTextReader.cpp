@@ -25,11 +25,11 @@ bool startsWith(const QByteArray& b, std::initializer_list<unsigned char> prefix
     return true;
 }
 
+// Checked without decoding: a decoder would build the whole text only to
+// throw it away, twice the work of a load for a large file.
 bool isValidUtf8(const QByteArray& bytes)
 {
-    QStringDecoder dec(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
-    QString s = dec(bytes);
-    return !dec.hasError();
+    return QByteArrayView(bytes).isValidUtf8();
 }
 
 QString decodeWith(QStringConverter::Encoding enc, const QByteArray& bytes, qsizetype skip)
