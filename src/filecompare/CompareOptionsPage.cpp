@@ -263,7 +263,7 @@ QWidget* CompareOptionsPage::buildFormatGroup(QWidget* parent)
     }
 
     auto& o = options_;
-    struct Spec {
+    struct Kind {
         const char* sample;
         const char* text;
         std::array<const char*, 4> names;  // bold, italic, underline, strike out
@@ -272,7 +272,7 @@ QWidget* CompareOptionsPage::buildFormatGroup(QWidget* parent)
         clsVarBoolean *bold, *italic, *underline, *strikeout;
         clsVarLong *backMember, *foreMember;
     };
-    const Spec specs[] = {
+    const Kind kinds[] = {
         {"lblAdditionText", "Added text",
          {"cbViewAdditionBold", "cbViewAdditionItalic", "cbViewAdditionUnderline", "cbViewAdditionStrikeout"},
          "cmdViewAdditionBackgroundColor", "cmdViewAdditionFontColor", &o.bViewAdditionBold, &o.bViewAdditionItalic,
@@ -295,9 +295,9 @@ QWidget* CompareOptionsPage::buildFormatGroup(QWidget* parent)
          &o.lViewChangeBackColorModified, &o.lViewChangeForeColorModified},
     };
 
-    formats_.reserve(std::size(specs));
+    formats_.reserve(std::size(kinds));
     int r = 1;
-    for (const Spec& s : specs) {
+    for (const Kind& s : kinds) {
         FormatRow row;
         row.sample = new QLabel(QString::fromLatin1(s.text), g);
         row.sample->setObjectName(QLatin1String(s.sample));
