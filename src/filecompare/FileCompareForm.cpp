@@ -3,6 +3,7 @@
 #include "filecompare/DiffRenderer.h"
 #include "filecompare/FileCompareWidgets.h"
 #include "filecompare/frmCompareFiles.h"
+#include "filecompare/frmCompareFilesFindReplace.h"
 #include "settings/IniStore.h"
 #include "core/Places.h"
 #include "core/modGlobal.h"
@@ -65,6 +66,7 @@ frmCompareFiles::frmCompareFiles(QWidget* parent)
     buildMenus();
     buildRenderers();
     connect(&session_, &filecompare::FileCompareSession::progress, this, &frmCompareFiles::SetPanelText);
+    wireFindAndReplace();
     Form_Load();
 }
 
@@ -373,6 +375,8 @@ bool frmCompareFiles::eventFilter(QObject* watched, QEvent* event)
     case QEvent::FocusIn:
     case QEvent::MouseButtonPress:
         mlActiveEditor = id.toInt();
+        if (findReplace_)
+            findReplace_->SetTarget(EditorBox(mlActiveEditor));
         RefreshStatusBarItems();
         break;
     case QEvent::MouseButtonRelease:

@@ -86,8 +86,6 @@ void frmCompareFiles::buildControls()
     buildOptionsPage();
     buildReportPage();
 
-    timerRefresh = new QTimer(this);
-    timerRefresh->setObjectName(QStringLiteral("timerRefresh"));
     timerGUI = new QTimer(this);
     timerGUI->setObjectName(QStringLiteral("timerGUI"));
     timerGUI->setInterval(500);

@@ -5,6 +5,7 @@
 #include "conversion/LoadPipeline.h"
 #include "filecompare/FileCompareWidgets.h"
 #include "filecompare/frmCompareFiles.h"
+#include "filecompare/CompareOptionsPage.h"
 #include "core/Places.h"
 #include "core/modGlobal.h"
 #include "core/modParseCommandLine.h"
@@ -176,11 +177,9 @@ bool frmCompareFiles::LoadFileIntoEditor(const QString& sFile, qint32 lEditor)
         mbOriginalDirty = true;
     else if (lEditor == kModified)
         mbModifiedDirty = true;
-    if (editor) {
+    if (editor && ready_ && !keepAutoRefresh_) {
         // Whoever loads by hand takes automatic refresh off.
-        moFileOptions.bRefreshGUI = false;
-        if (timerRefresh)
-            timerRefresh->stop();
+        OptionsPage()->SetAutoRefresh(false);
     }
     return true;
 }

@@ -15,6 +15,8 @@
 //   FileCompareRecords.cpp     the filtered views and their buttons
 //   FileCompareNavigation.cpp  the difference list, moving between differences
 //   FileCompareOptions.cpp     the compare options page
+//   FileCompareAutoRefresh.cpp automatic refresh and the watch on the files
+//   FileCompareFind.cpp        find and replace, F3
 //   FileCompareReports.cpp     the report options page, reports and their launch
 //
 // Everything runs on the user interface thread. A run lets queued events
@@ -57,7 +59,11 @@ class frmPleaseWait;
 class PendingEditorLoads;
 class clsVarString;
 
+class frmCompareFilesFindReplace;
+
 namespace filecompare {
+class AutoRefresh;
+class CompareOptionsPage;
 class DividerLabel;
 class SideBySideDecorations;
 class SpinScrollControl;
@@ -238,6 +244,23 @@ public:
 
     // --- options page (FileCompareOptions.cpp) ---------------------------------------
     void RefreshCompareOptionsGUI();
+    filecompare::CompareOptionsPage* OptionsPage() const { return optionsPage_; }
+
+    // --- automatic refresh (FileCompareAutoRefresh.cpp) ------------------------------
+    filecompare::AutoRefresh* AutoRefresher() const { return autoRefresh_; }
+    // A timer tick found the view stale.
+    void timerRefresh_Timer();
+    // Files that changed on disk come into their editors again, unless the
+    // user has edited that editor; then the view is compared anew.
+    void WatchedFilesChanged(bool bOriginal, bool bModified);
+    void WatchedFileMissing(int side, const QString& sPath);
+
+    // --- find and replace (FileCompareFind.cpp) --------------------------------------
+    // The dialog for the active editor (the toolbar button and the menu).
+    void mnuFindAndReplace_Click();
+    // F3: the next hit without the dialog.
+    void FindAgain();
+    frmCompareFilesFindReplace* FindReplaceDialog() const { return findReplace_; }
 
 signals:
     // Emitted at the end of every RunCompare, finished or aborted.
@@ -257,6 +280,8 @@ private:
     void buildControls();
     void buildComparePage();
     void buildOptionsPage();
+    void wireFindAndReplace();
+    void watchSelectedFiles();
     void buildReportPage();
     void buildMenus();
     void buildStatusBar();
@@ -322,6 +347,12 @@ private:
     double mdRatioLeftEditor = 0;
     // Milliseconds on a monotonic clock at the start of a request.
     QElapsedTimer mlStartTicks;
+
+    filecompare::CompareOptionsPage* optionsPage_ = nullptr;
+    filecompare::AutoRefresh* autoRefresh_ = nullptr;
+    frmCompareFilesFindReplace* findReplace_ = nullptr;
+    // A reload for the file watch keeps automatic refresh on.
+    bool keepAutoRefresh_ = false;
 
     // While both editors are loaded together, the loads waiting for their
     // documents.
@@ -414,7 +445,8 @@ private:
     QTimer* timerGUI = nullptr;
     frmPleaseWait* PleaseWait = nullptr;
 
-    // Compare options page.
+    // Compare options page (CompareOptionsPage holds them; these are the
+    // ones the form's own routines read).
     QCheckBox* cbIgnoreCase = nullptr;
     QCheckBox* cbIgnoreWhiteSpace = nullptr;
     QCheckBox* cbIgnoreEmptyLines = nullptr;
