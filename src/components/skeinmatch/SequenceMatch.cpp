@@ -71,10 +71,14 @@ constexpr int minAnchorRun = 4;
 // better than it on every pair.
 constexpr double minRunCover = 0.25;
 // Matched stretches up to this long between changes are searched again
-// together with the changes around them: short runs may have been paired
-// the wrong way. 8 left two pairs above GNU diff's count; 64 makes windows
-// whose searches run out of budget.
-constexpr int windowJoin = 32;
+// together with the changes around them, first joining across longer
+// stretches, then shorter ones: short runs may have been paired the wrong
+// way. One pass at 8 or 32 left pairs with a fifth of their lines edited
+// a few lines above GNU diff's count; windows are cut at about
+// `windowLines` lines, since the whole of a heavily edited text would
+// otherwise become one window whose search runs out of budget.
+constexpr int windowJoins[] = {64, 32};
+constexpr int windowLines = 2000;
 // Smaller inputs keep the plain search alone: it takes milliseconds there,
 // and a first pass over the runs would only cost time.
 constexpr std::size_t runsFirstFrom = 20000;
@@ -232,7 +236,8 @@ bool Matcher::runOnRuns()
     // The gaps between the runs come off the stack front to back.
     std::reverse(stack_.begin(), stack_.end());
     solve(stack_, false);
-    refineWindows(budget_.total / 4, windowJoin);
+    for (int join : windowJoins)
+        refineWindows(budget_.total / 4, join);
     return true;
 }
 
@@ -252,7 +257,7 @@ void Matcher::refineWindows(std::uint64_t steps, int keep)
             ++i;
             ++j;
         }
-        if (i - si > keep || i == n_ || j == m_) {
+        if (i - si > keep || i == n_ || j == m_ || (si - wi) + (sj - wj) > windowLines) {
             if (si > wi && sj > wj)
                 wins.push_back({wi, si, wj, sj});
             wi = i;
