@@ -18,6 +18,9 @@ struct MatchBudget {
     // Whether a search cut short splits its range on lines that occur once
     // on each side before falling back to its furthest point.
     bool anchors = false;
+    // Whether large inputs are first matched on the common runs through
+    // lines unique to both sides (see matchSequences).
+    bool runsFirst = false;
 
     // The budget of the default mode: exact whenever the edit is small
     // enough to find within a few times the cost of reading the input.
@@ -32,6 +35,9 @@ struct MatchBudget {
 // search runs out of budget the range is split at the furthest point that
 // the search reached, or first, if the budget says so, on the lines that
 // occur exactly once on each side (their longest common subsequence).
+// With runsFirst, a large input is first split on the chain of common runs
+// through such lines that covers the most lines; when the edit that gives
+// is too large for the exact search, it stands.
 //
 // x[0..n) and y[0..m) hold ids below idCount. On return cx[i] is 1 for each
 // x[i] left unmatched, 0 otherwise; cy likewise. The matched elements pair

@@ -280,7 +280,7 @@ TEST(LineDiffHorizon, ALoneCommonLineDoesNotLeadAstray)
 namespace {
 
 // A source-like text: braces, blank lines and a few common statements recur
-// everywhere, most other lines occur once.
+// everywhere, some calls recur a few dozen times, most other lines occur once.
 std::vector<std::string> sourceLike(std::mt19937& rng, int lines)
 {
     static const char* const common[] = {"}", "", "    }", "        break;", "    return 0;", "{", "#endif",
@@ -290,6 +290,8 @@ std::vector<std::string> sourceLike(std::mt19937& rng, int lines)
         const unsigned r = rng() % 100;
         if (r < 30)
             v.emplace_back(common[rng() % std::size(common)]);
+        else if (r < 50)
+            v.push_back("    shared_" + std::to_string(rng() % 600) + "();");
         else
             v.push_back("    value_" + std::to_string(rng() % 20000) + " = call(" + std::to_string(i % 97) + ");");
     }
@@ -349,11 +351,12 @@ long gnuDiffChangedLines(const std::string& a, const std::string& b)
 
 TEST(LineDiffFallbacks, ScatteredEditsOfLargeSourcesNeverTakeMoreLinesThanGnuDiff)
 {
-    // Large enough that the exact search runs out of budget and the cut
-    // short searches decide the result.
+    // Large enough that the exact search is out of reach and the runs
+    // through unique lines, the windows searched again around them and the
+    // cut-short searches decide the result.
     tvtest::TempDir dir;
     std::mt19937 rng(2026);
-    for (double rate : {0.03, 0.05, 0.1, 0.05, 0.1}) {
+    for (double rate : {0.03, 0.05, 0.1, 0.2, 0.2, 0.35}) {
         const auto a = sourceLike(rng, 60000);
         const auto b = scatteredEdits(rng, a, rate);
         const std::string fa = dir.file("a.txt"), fb = dir.file("b.txt");
