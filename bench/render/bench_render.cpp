@@ -17,7 +17,7 @@
 #include "filecompare/frmCompareFiles.h"
 #include "core/modGlobal.h"
 #include "core/modParseCommandLine.h"
-#include "shell/modMessageBox.h"
+#include "forms/modMessageBox.h"
 
 #include <QApplication>
 #include <QPushButton>

@@ -4,7 +4,7 @@
 
 #include "filecompare/frmCompareFiles.h"
 #include "filecompare/AutoRefresh.h"
-#include "shell/modMessageBox.h"
+#include "forms/modMessageBox.h"
 
 #include <QComboBox>
 #include <QDir>

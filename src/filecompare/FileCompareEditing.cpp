@@ -9,9 +9,9 @@
 #include "document/PrintRichText.h"
 #include "document/SaveRichText.h"
 #include "settings/IniStore.h"
-#include "shell/modMessageBox.h"
-#include "shell/modPickFile.h"
-#include "shell/modUtilityForm.h"
+#include "forms/modMessageBox.h"
+#include "forms/modPickFile.h"
+#include "forms/modUtilityForm.h"
 
 #include <QComboBox>
 #include <QFile>

@@ -9,9 +9,9 @@
 #include "core/modGlobal.h"
 #include "core/modUtilityFile.h"
 #include "core/modUtilityString.h"
-#include "shell/frmPleaseWait.h"
-#include "shell/Resources.h"
-#include "shell/modUtilityForm.h"
+#include "filecompare/frmPleaseWait.h"
+#include "forms/Resources.h"
+#include "forms/modUtilityForm.h"
 
 #include <QApplication>
 #include <QComboBox>

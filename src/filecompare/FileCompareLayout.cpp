@@ -9,7 +9,7 @@
 #include "core/Launcher.h"
 #include "core/modGlobal.h"
 #include "core/modUtilityFile.h"
-#include "shell/frmPleaseWait.h"
+#include "filecompare/frmPleaseWait.h"
 
 #include <QAbstractTextDocumentLayout>
 #include <QComboBox>

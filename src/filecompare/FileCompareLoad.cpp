@@ -10,9 +10,9 @@
 #include "core/modGlobal.h"
 #include "core/modParseCommandLine.h"
 #include "core/modUtilityFile.h"
-#include "shell/modMessageBox.h"
-#include "shell/modPickFile.h"
-#include "shell/modUtilityForm.h"
+#include "forms/modMessageBox.h"
+#include "forms/modPickFile.h"
+#include "forms/modUtilityForm.h"
 
 #include <QComboBox>
 #include <QFile>

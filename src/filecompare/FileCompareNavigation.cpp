@@ -7,8 +7,8 @@
 #include "filecompare/FileCompareWidgets.h"
 #include "filecompare/frmCompareFiles.h"
 #include "filecompare/frmCompareFilesGoTo.h"
-#include "shell/modMessageBox.h"
-#include "shell/modModalDialog.h"
+#include "forms/modMessageBox.h"
+#include "forms/modModalDialog.h"
 
 #include <QAction>
 #include <QComboBox>

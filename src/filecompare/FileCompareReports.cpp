@@ -8,8 +8,8 @@
 #include "core/Launcher.h"
 #include "core/Places.h"
 #include "core/modGlobal.h"
-#include "shell/modMessageBox.h"
-#include "shell/modPickFile.h"
+#include "forms/modMessageBox.h"
+#include "forms/modPickFile.h"
 
 #include <QButtonGroup>
 #include <QComboBox>

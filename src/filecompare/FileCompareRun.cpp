@@ -7,8 +7,8 @@
 #include "filecompare/frmCompareFiles.h"
 #include "core/modGlobal.h"
 #include "core/modParseCommandLine.h"
-#include "shell/frmPleaseWait.h"
-#include "shell/modMessageBox.h"
+#include "filecompare/frmPleaseWait.h"
+#include "forms/modMessageBox.h"
 
 #include <QAction>
 #include <QCheckBox>

@@ -1,7 +1,7 @@
 #include "filecompare/FileCompareWidgets.h"
 
 #include "filecompare/frmCompareFiles.h"
-#include "shell/frmPleaseWait.h"
+#include "filecompare/frmPleaseWait.h"
 
 #include <QApplication>
 #include <QMdiSubWindow>

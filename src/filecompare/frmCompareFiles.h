@@ -31,8 +31,8 @@
 #include "filecompare/FileCompareSession.h"
 #include "settings/clsCompareFileOptions.h"
 #include "settings/clsMRU.h"
-#include "shell/ViewerForm.h"
-#include "shell/ViewerHost.h"
+#include "forms/ViewerForm.h"
+#include "forms/ViewerHost.h"
 
 #include <QElapsedTimer>
 #include <QPointer>

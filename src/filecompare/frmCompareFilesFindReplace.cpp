@@ -1,7 +1,7 @@
 #include "filecompare/frmCompareFilesFindReplace.h"
 
 #include "document/RichTextBox.h"
-#include "shell/modMessageBox.h"
+#include "forms/modMessageBox.h"
 
 #include <QAction>
 #include <QCheckBox>

@@ -8,10 +8,10 @@
 #include "findtext/FindHitsModel.h"
 #include "settings/IniStore.h"
 #include "settings/clsMRU.h"
-#include "shell/ViewerHost.h"
-#include "shell/modMessageBox.h"
-#include "shell/modPickFile.h"
-#include "shell/modUtilityForm.h"
+#include "forms/ViewerHost.h"
+#include "forms/modMessageBox.h"
+#include "forms/modPickFile.h"
+#include "forms/modUtilityForm.h"
 
 #include <QApplication>
 #include <QCheckBox>

@@ -7,7 +7,7 @@
 #include "components/gleanseek/TextEncoding.h"
 #include "core/Places.h"
 #include "findtext/FindHitsModel.h"
-#include "shell/modMessageBox.h"
+#include "forms/modMessageBox.h"
 
 #include <QCheckBox>
 #include <QFile>

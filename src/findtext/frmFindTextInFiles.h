@@ -9,7 +9,7 @@
 // file types, folders), while each keeps its own INI section.
 
 #include "findtext/FindTextSession.h"
-#include "shell/ViewerForm.h"
+#include "forms/ViewerForm.h"
 
 #include <QPointer>
 #include <QStringList>

@@ -6,10 +6,10 @@
 #include "core/modUtilityFile.h"
 #include "core/modUtilityString.h"
 #include "settings/IniStore.h"
-#include "shell/ViewerHost.h"
-#include "shell/modMessageBox.h"
-#include "shell/modPickFile.h"
-#include "shell/modUtilityForm.h"
+#include "forms/ViewerHost.h"
+#include "forms/modMessageBox.h"
+#include "forms/modPickFile.h"
+#include "forms/modUtilityForm.h"
 
 #include <QAction>
 #include <QApplication>

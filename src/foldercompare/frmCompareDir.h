@@ -9,8 +9,8 @@
 #include "settings/clsCompareFolderOptions.h"
 #include "settings/clsMRU.h"
 #include "settings/clsVar.h"
-#include "shell/FolderBatchViewer.h"
-#include "shell/ViewerForm.h"
+#include "forms/FolderBatchViewer.h"
+#include "forms/ViewerForm.h"
 
 #include <QFont>
 #include <QPointer>

@@ -3,7 +3,7 @@
 
 #include "foldercompare/frmCompareDir.h"
 
-#include "shell/ViewerHost.h"
+#include "forms/ViewerHost.h"
 
 #include <QAction>
 #include <QCheckBox>

@@ -4,15 +4,15 @@
 #include "findtext/frmFindTextInFiles.h"
 #include "foldercompare/frmCompareDir.h"
 #include "settings/IniStore.h"
-#include "shell/ViewerForm.h"
+#include "forms/ViewerForm.h"
 #include "shell/frmAbout.h"
 #include "core/Launcher.h"
 #include "core/modGlobal.h"
 #include "core/modParseCommandLine.h"
 #include "core/modUtilityString.h"
-#include "shell/modMessageBox.h"
-#include "shell/modModalDialog.h"
-#include "shell/modUtilityForm.h"
+#include "forms/modMessageBox.h"
+#include "forms/modModalDialog.h"
+#include "forms/modUtilityForm.h"
 
 #include <QCloseEvent>
 #include <QGuiApplication>
@@ -64,6 +64,20 @@ int kindIndexOfDescription(const QString& description)
     return -1;
 }
 
+bool frameCommandAvailable(FrameCommand command)
+{
+    switch (command) {
+    case FrameCommand::CompareFolders:
+    case FrameCommand::NewCompareFolders:
+        return frmMainMDI::ViewerKindAvailable(frmMainMDI::ViewerKind::CompareDir);
+    case FrameCommand::FindTextInFiles:
+    case FrameCommand::NewFindTextInFiles:
+        return frmMainMDI::ViewerKindAvailable(frmMainMDI::ViewerKind::FindText);
+    default:
+        return true;
+    }
+}
+
 } // namespace
 
 frmMainMDI::frmMainMDI(QWidget* parent)
@@ -83,6 +97,8 @@ frmMainMDI::frmMainMDI(QWidget* parent)
     showMenusOf(nullptr);
     resize(1000, 700);
     currentFrame() = this;
+    ViewerHost::SetCurrent(this);
+    ViewerHost::SetAvailability(frameCommandAvailable);
 }
 
 frmMainMDI::~frmMainMDI()
@@ -93,8 +109,10 @@ frmMainMDI::~frmMainMDI()
     for (QMdiSubWindow* sub : mdiArea_->subWindowList())
         if (QWidget* w = sub->widget())
             disconnect(w, nullptr, this, nullptr);
-    if (currentFrame() == this)
+    if (currentFrame() == this) {
         currentFrame() = nullptr;
+        ViewerHost::SetCurrent(nullptr);
+    }
 }
 
 frmMainMDI* frmMainMDI::current()
@@ -133,6 +151,7 @@ FileComparisonViewer* frmMainMDI::NewFileViewer()
 void frmMainMDI::RegisterViewerKind(ViewerKind kind, ViewerFactory factory)
 {
     factories()[int(kind)] = std::move(factory);
+    ViewerHost::SetAvailability(frameCommandAvailable);
 }
 
 bool frmMainMDI::ViewerKindAvailable(ViewerKind kind)

@@ -6,7 +6,7 @@
 // viewers counted in the INI section "Main"; at the end it closes them and
 // writes the counts.
 
-#include "shell/ViewerHost.h"
+#include "forms/ViewerHost.h"
 
 #include <QMainWindow>
 #include <QPointer>

@@ -3,7 +3,7 @@
 // then Main.
 
 #include "shell/DesktopSeams.h"
-#include "shell/Resources.h"
+#include "forms/Resources.h"
 #include "shell/VanePicture.h"
 #include "shell/frmMainMDI.h"
 #include "shell/modMain.h"

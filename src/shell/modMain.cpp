@@ -1,13 +1,13 @@
 #include "shell/modMain.h"
 
 #include "filecompare/frmCompareFiles.h"
-#include "shell/FolderBatchViewer.h"
+#include "forms/FolderBatchViewer.h"
 #include "core/Launcher.h"
 #include "core/Places.h"
 #include "core/modGlobal.h"
 #include "core/modParseCommandLine.h"
 #include "shell/frmMainMDI.h"
-#include "shell/frmPleaseWait.h"
+#include "filecompare/frmPleaseWait.h"
 
 #include <QApplication>
 #include <QMdiSubWindow>

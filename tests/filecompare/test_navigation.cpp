@@ -4,7 +4,7 @@
 
 #include "filecompare/frmCompareFilesGoTo.h"
 #include "filecompare/viewer_fixture.h"
-#include "shell/modModalDialog.h"
+#include "forms/modModalDialog.h"
 
 #include <QAction>
 #include <QCheckBox>

@@ -5,7 +5,7 @@
 #include "filecompare/FileCompareWidgets.h"
 #include "filecompare/viewer_fixture.h"
 #include "settings/IniStore.h"
-#include "shell/frmPleaseWait.h"
+#include "filecompare/frmPleaseWait.h"
 
 #include <QAction>
 #include <QCheckBox>

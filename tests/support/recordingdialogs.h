@@ -6,8 +6,8 @@
 
 #include "core/modGlobal.h"
 #include "core/modParseCommandLine.h"
-#include "shell/modMessageBox.h"
-#include "shell/modPickFile.h"
+#include "forms/modMessageBox.h"
+#include "forms/modPickFile.h"
 
 #include <QStringList>
 

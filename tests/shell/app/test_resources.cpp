@@ -1,6 +1,6 @@
 // The compiled-in manual is there for -? to open, with the anchor it opens at.
 
-#include "shell/Resources.h"
+#include "forms/Resources.h"
 #include "core/Launcher.h"
 
 #include <QFile>

@@ -1,4 +1,4 @@
-#include "shell/Resources.h"
+#include "forms/Resources.h"
 
 #include <QtGlobal>
 

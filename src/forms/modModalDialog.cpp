@@ -1,4 +1,4 @@
-#include "shell/modModalDialog.h"
+#include "forms/modModalDialog.h"
 
 #include <QDialog>
 #include <QGuiApplication>

@@ -47,6 +47,13 @@ public:
     // False for a command whose kind of viewer cannot be made.
     static bool CommandAvailable(FrameCommand command);
 
+    // The frame announces itself here, and which commands it can carry out,
+    // so that viewers never include the frame itself. A viewer without a
+    // frame finds every command available and nothing to run it.
+    static void SetCurrent(ViewerHost* host);
+    using Availability = bool (*)(FrameCommand);
+    static void SetAvailability(Availability availability);
+
     virtual void RunCommand(FrameCommand command) = 0;
     virtual QList<ViewerForm*> LoadedForms() const = 0;
     virtual ViewerForm* ActiveViewer() const = 0;

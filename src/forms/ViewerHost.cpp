@@ -1,30 +1,37 @@
-#include "shell/ViewerHost.h"
+#include "forms/ViewerHost.h"
 
-#include "shell/ViewerForm.h"
-#include "shell/frmMainMDI.h"
+#include "forms/ViewerForm.h"
 
 #include <QAction>
 #include <QKeySequence>
 #include <QMenu>
 #include <QPointer>
 
+namespace {
+
+ViewerHost* currentHost = nullptr;
+ViewerHost::Availability availability = nullptr;
+
+} // namespace
+
 ViewerHost* ViewerHost::current()
 {
-    return frmMainMDI::current();
+    return currentHost;
+}
+
+void ViewerHost::SetCurrent(ViewerHost* host)
+{
+    currentHost = host;
+}
+
+void ViewerHost::SetAvailability(Availability a)
+{
+    availability = a;
 }
 
 bool ViewerHost::CommandAvailable(FrameCommand command)
 {
-    switch (command) {
-    case FrameCommand::CompareFolders:
-    case FrameCommand::NewCompareFolders:
-        return frmMainMDI::ViewerKindAvailable(frmMainMDI::ViewerKind::CompareDir);
-    case FrameCommand::FindTextInFiles:
-    case FrameCommand::NewFindTextInFiles:
-        return frmMainMDI::ViewerKindAvailable(frmMainMDI::ViewerKind::FindText);
-    default:
-        return true;
-    }
+    return availability ? availability(command) : true;
 }
 
 namespace {

@@ -1,4 +1,4 @@
-#include "shell/modPickFile.h"
+#include "forms/modPickFile.h"
 
 #include <QFileDialog>
 

@@ -1,4 +1,4 @@
-#include "shell/frmPleaseWait.h"
+#include "filecompare/frmPleaseWait.h"
 
 #include "filecompare/frmCompareFiles.h"
 

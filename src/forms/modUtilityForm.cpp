@@ -1,4 +1,4 @@
-#include "shell/modUtilityForm.h"
+#include "forms/modUtilityForm.h"
 
 #include "settings/clsMRU.h"
 #include "core/modGlobal.h"

@@ -1,4 +1,4 @@
-#include "shell/ViewerForm.h"
+#include "forms/ViewerForm.h"
 
 #include <QCloseEvent>
 

@@ -1,4 +1,4 @@
-#include "shell/modMessageBox.h"
+#include "forms/modMessageBox.h"
 
 #include <QCoreApplication>
 #include <QGuiApplication>
