@@ -83,6 +83,12 @@ void ParagraphGutter::placeInEditor()
 
 bool ParagraphGutter::eventFilter(QObject* watched, QEvent* event)
 {
+    // While the editor is being torn down its viewport still sends events
+    // here; reading editor_ then would cast an object that is no longer a
+    // QTextEdit, so only the three events below ever look at it.
+    const QEvent::Type type = event->type();
+    if (type != QEvent::Resize && type != QEvent::Paint && type != QEvent::FontChange)
+        return QWidget::eventFilter(watched, event);
     if (editor_ && watched == editor_->viewport() && event->type() == QEvent::Resize) {
         // The scroll area has laid out its viewport by now; the editor's own
         // resize comes before that.
