@@ -17,10 +17,17 @@ bool WalkFromLast(const ComparisonResult& result, const RenderRun& run, int pane
                   const QString& tail, const std::function<void(int i, const Difference&)>& step)
 {
     const int n = result.count();
+    // Past a thousand differences several steps share a percentage; telling
+    // the status bar again would only repaint the same text.
+    QString shown;
     for (int i = n - 1; i >= 0; --i) {
         if (run.stopRequested())
             return false;
-        run.progress(panel, caption + FormatPercent(StepPercent(i, n)) + tail);
+        const QString percent = FormatPercent(StepPercent(i, n));
+        if (percent != shown) {
+            shown = percent;
+            run.progress(panel, caption + percent + tail);
+        }
         step(i, *result.at(i));
     }
     return true;
