@@ -17,16 +17,18 @@ bool WalkFromLast(const ComparisonResult& result, const RenderRun& run, int pane
                   const QString& tail, const std::function<void(int i, const Difference&)>& step)
 {
     const int n = result.count();
-    // Past a thousand differences several steps share a percentage; telling
-    // the status bar again would only repaint the same text.
-    QString shown;
+    // Each new status text costs a relayout and a repaint of the window at the
+    // next look at the event queue, a good share of the walk on thousands of
+    // differences; one text per whole percent shows the progress as well, and
+    // the last step still shows its own.
+    int shownWhole = -1;
     for (int i = n - 1; i >= 0; --i) {
         if (run.stopRequested())
             return false;
-        const QString percent = FormatPercent(StepPercent(i, n));
-        if (percent != shown) {
-            shown = percent;
-            run.progress(panel, caption + percent + tail);
+        const double percent = StepPercent(i, n);
+        if (int(percent) != shownWhole) {
+            shownWhole = int(percent);
+            run.progress(panel, caption + FormatPercent(percent) + tail);
         }
         step(i, *result.at(i));
     }

@@ -30,10 +30,9 @@ QString selectedParagraphText(clsRTBDocument& doc, RichTextBox* box, qint32 para
     return box->SelText().left(100);
 }
 
-// The text selectedParagraphText would give, read from the box's text without
-// moving its selection: a shown editor follows every move of its selection,
-// and the list would move it once per difference.
-// Paragraphs outside the index take the old road, beep included.
+// The text selectedParagraphText would give, read from the box's text with the
+// same bounds, without two cursor moves and a copy per difference. Paragraphs
+// outside the index take the old road, beep included.
 QString paragraphText(clsRTBDocument& doc, RichTextBox* box, qint32 paragraph)
 {
     if (paragraph < 0 || paragraph > doc.ParagraphCount())
@@ -66,10 +65,6 @@ void frmCompareFiles::UpdateNavigationalDropDownListBox()
         DoEvents();
         return session_.aborted();
     };
-    // The editors' selections end where the old walk left them: on the first
-    // difference each side was read for.
-    qint32 lastOriginal = -1, lastModified = -1;
-    bool modifiedLast = false;
     filecompare::WalkFromLast(Result(), run, 3, QStringLiteral("Updating List Box: "),
                               QStringLiteral("% Done. Click here to Abort."),
                               [&](int i, const filecompare::Difference& d) {
@@ -78,44 +73,23 @@ void frmCompareFiles::UpdateNavigationalDropDownListBox()
         if (kind == filecompare::kKindAddition) {
             const int k = rl + 1 - rf;
             const QString x = paragraphText(docModified, rtbModified, rf);
-            lastModified = rf;
-            modifiedLast = true;
             rows << number + QStringLiteral("Addition of ") + QString::number(k)
                         + (k == 1 ? QStringLiteral(" line at paragraph (") : QStringLiteral(" lines at paragraph ("))
                         + QString::number(lf) + QStringLiteral(") : ") + q + x + q;
         } else if (kind == filecompare::kKindDeletion) {
             const int k = ll + 1 - lf;
             const QString x = paragraphText(docOriginal, rtbOriginal, lf);
-            lastOriginal = lf;
-            modifiedLast = false;
             rows << number + QStringLiteral("Deletion of ") + QString::number(k)
                         + (k == 1 ? QStringLiteral(" line at paragraph (") : QStringLiteral(" lines at paragraph ("))
                         + QString::number(lf) + QStringLiteral(") : ") + q + x + q;
         } else if (kind == filecompare::kKindChange) {
             const int k = qMax(ll - lf, rl - rf) + 1;
             const QString x = paragraphText(docOriginal, rtbOriginal, lf);
-            lastOriginal = lf;
-            modifiedLast = false;
             rows << number + QString::number(k)
                         + (k == 1 ? QStringLiteral(" change at paragraph (") : QStringLiteral(" changes at paragraph ("))
                         + QString::number(lf) + QStringLiteral(") :") + q + x + q;
         }
     });
-    const auto selectOriginal = [&] {
-        if (lastOriginal >= 0)
-            docOriginal.SelectParagraphs(lastOriginal, lastOriginal, false);
-    };
-    const auto selectModified = [&] {
-        if (lastModified >= 0)
-            docModified.SelectParagraphs(lastModified, lastModified, false);
-    };
-    if (modifiedLast) {
-        selectOriginal();
-        selectModified();
-    } else {
-        selectModified();
-        selectOriginal();
-    }
     // The walk goes from the last difference to the first; the list shows them
     // in document order. One insertion of all rows costs the combo box's model
     // and view one update instead of one per difference.
