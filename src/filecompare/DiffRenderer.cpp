@@ -17,10 +17,19 @@ bool WalkFromLast(const ComparisonResult& result, const RenderRun& run, int pane
                   const QString& tail, const std::function<void(int i, const Difference&)>& step)
 {
     const int n = result.count();
+    // Each new status text costs a relayout and a repaint of the window at the
+    // next look at the event queue, a good share of the walk on thousands of
+    // differences; one text per whole percent shows the progress as well, and
+    // the last step still shows its own.
+    int shownWhole = -1;
     for (int i = n - 1; i >= 0; --i) {
         if (run.stopRequested())
             return false;
-        run.progress(panel, caption + FormatPercent(StepPercent(i, n)) + tail);
+        const double percent = StepPercent(i, n);
+        if (int(percent) != shownWhole) {
+            shownWhole = int(percent);
+            run.progress(panel, caption + FormatPercent(percent) + tail);
+        }
         step(i, *result.at(i));
     }
     return true;

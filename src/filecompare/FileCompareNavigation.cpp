@@ -17,16 +17,40 @@
 #include <QTextEdit>
 #include <QStringList>
 
+#include <algorithm>
 #include <array>
 
 using filecompare::DoEvents;
 
 namespace {
 
-QString paragraphText(clsRTBDocument& doc, RichTextBox* box, qint32 paragraph)
+QString selectedParagraphText(clsRTBDocument& doc, RichTextBox* box, qint32 paragraph)
 {
     doc.SelectParagraphs(paragraph, paragraph, false);
     return box->SelText().left(100);
+}
+
+// The text selectedParagraphText would give, read from the box's text with the
+// same bounds, without two cursor moves and a copy per difference. Paragraphs
+// outside the index take the old road, beep included.
+QString paragraphText(clsRTBDocument& doc, RichTextBox* box, qint32 paragraph)
+{
+    if (paragraph < 0 || paragraph > doc.ParagraphCount())
+        return selectedParagraphText(doc, box, paragraph);
+    const int length = box->TextLength();
+    int start = 0;
+    qint64 end = 1;
+    if (paragraph != 0) {
+        start = std::clamp(doc.GetFirstCharLocationOfParagraph(paragraph), 0, length);
+        end = doc.GetLastCharLocationOfParagraph(paragraph);
+        if (end < start)
+            end = start; // a negative length leaves the selection empty
+    }
+    end = std::min<qint64>(end, length);
+    const QString text = box->Text();
+    if (end > start && text.at(end - 1) == u'\n')
+        --end;
+    return text.mid(start, end - start).left(100);
 }
 
 } // namespace
@@ -66,10 +90,13 @@ void frmCompareFiles::UpdateNavigationalDropDownListBox()
                         + QString::number(lf) + QStringLiteral(") :") + q + x + q;
         }
     });
+    // The walk goes from the last difference to the first; the list shows them
+    // in document order. One insertion of all rows costs the combo box's model
+    // and view one update instead of one per difference.
+    std::reverse(rows.begin(), rows.end());
     mbFillingChangeList = true;
     cmboChangeListing->clear();
-    for (qsizetype r = rows.size() - 1; r >= 0; --r)
-        cmboChangeListing->addItem(rows.at(r));
+    cmboChangeListing->addItems(rows);
     mbFillingChangeList = false;
 }
 
