@@ -47,6 +47,11 @@ void DifferenceOverviewBar::setKindColor(int kind, const QColor& color)
     update();
 }
 
+QColor DifferenceOverviewBar::kindColor(int kind) const
+{
+    return kind == 'a' ? addition_ : kind == 'd' ? deletion_ : change_;
+}
+
 void DifferenceOverviewBar::setVisibleRange(double top, double bottom)
 {
     visibleTop_ = std::clamp(top, 0.0, 1.0);

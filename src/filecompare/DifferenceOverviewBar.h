@@ -31,6 +31,7 @@ public:
     void setMarks(std::vector<Mark> marks);
     const std::vector<Mark>& marks() const { return marks_; }
     void setKindColor(int kind, const QColor& color);
+    QColor kindColor(int kind) const;
     // The share of the document in view, as a frame over the strokes.
     void setVisibleRange(double top, double bottom);
 
@@ -63,8 +64,8 @@ private:
 
     std::vector<Mark> marks_;
     QColor addition_{0, 160, 0};
-    QColor deletion_{200, 0, 0};
-    QColor change_{0, 0, 200};
+    QColor deletion_{0, 0, 200};
+    QColor change_{200, 0, 0};
     double visibleTop_ = 0;
     double visibleBottom_ = 0;
 };

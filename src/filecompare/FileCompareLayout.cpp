@@ -711,8 +711,8 @@ void frmCompareFiles::levelSideBySide()
     // A kind shows in the overview in its background colour, or in its text
     // colour when it has the page's white as background.
     auto strokeColor = [](std::int32_t fore, std::int32_t back) {
-        const QColor b = tv::colorFromRgb(back);
-        return b.lightness() < 235 ? b : tv::colorFromRgb(fore);
+        const QColor b = tv::colorFromColorref(back);
+        return b.lightness() < 235 ? b : tv::colorFromColorref(fore);
     };
     sbsDecorations_->setKindColor(filecompare::kKindAddition, strokeColor(moFileOptions.lViewAdditionForeColor.Data(),
                                                                           moFileOptions.lViewAdditionBackColor.Data()));

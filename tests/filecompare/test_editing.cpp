@@ -2,6 +2,7 @@
 // only when the user says so, swapping the two sides, and side-by-side panes
 // that stand level with an overview that leads to a difference.
 
+#include "document/ColorRef.h"
 #include "filecompare/DifferenceOverviewBar.h"
 #include "viewer_fixture.h"
 
@@ -87,6 +88,11 @@ TEST_F(Editing, SideBySidePanesStandLevelAndTheOverviewLeadsToADifference)
     auto* bar = viewer->findChild<filecompare::DifferenceOverviewBar*>("overviewBar");
     ASSERT_NE(bar, nullptr);
     ASSERT_EQ(bar->marks().size(), 3u);
+    // The options hold colours with red in the low byte; read the other way
+    // round, the red of a change would show as blue in the bar.
+    const clsCompareFileOptions& o = viewer->Options();
+    EXPECT_EQ(bar->kindColor('c'), tv::colorFromColorref(o.lViewChangeForeColorModified.Data()));
+    EXPECT_EQ(bar->kindColor('a'), tv::colorFromColorref(o.lViewAdditionForeColor.Data()));
     const int y = int(bar->marks()[2].top * (bar->height() - 1)) + 1;
     QTest::mouseClick(bar, Qt::LeftButton, {}, QPoint(bar->width() / 2, y));
     EXPECT_EQ(viewer->CurrentDifference(), 3);
