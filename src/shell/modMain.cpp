@@ -15,6 +15,8 @@
 #include <QThread>
 
 #include <cstdio>
+#include <limits>
+#include <malloc.h>
 
 namespace {
 
@@ -86,6 +88,19 @@ void writeReport(frmCompareFiles* frm)
         launcher().OpenInTextViewer(gsClReportFile);
 }
 
+// A run that ends with its report has no desktop session to give memory
+// back to. Left to its defaults, the allocator hands every large freed
+// buffer (a decoded document, its work-file bytes) back to the kernel and
+// faults fresh zeroed pages in for the next one; on a 52 MB pair that was a
+// quarter to a third of the run (3.2-3.6 s against 2.4-2.8 s, for a peak
+// of 516 MiB instead of 447). The window keeps the defaults: it lives on
+// after its peak.
+void keepFreedMemoryForThisRun()
+{
+    mallopt(M_MMAP_THRESHOLD, std::numeric_limits<int>::max());
+    mallopt(M_TRIM_THRESHOLD, std::numeric_limits<int>::max());
+}
+
 } // namespace
 
 bool CompareFilesFromCommandLine(frmMainMDI& frame)
@@ -121,6 +136,7 @@ bool CompareFilesFromCommandLine(frmMainMDI& frame)
     setViewerWindowState(frm, Qt::WindowMaximized);
     const bool report = !gsClReportFile.isEmpty();
     if (gbClExitWhenDone) {
+        keepFreedMemoryForThisRun();
         // A run that ends as soon as its report is written renders no view:
         // nobody would see it, and for a large pair it is most of the time.
         // The report compares the editors itself, so that compare counts.
