@@ -122,6 +122,11 @@ private:
     bool trySplitAcrossThreads(std::vector<Range>& ranges);
     Split middleSnake(int xo, int xl, int yo, int yl);
     bool splitOnAnchors(const Range& r, std::vector<Range>& ranges);
+    // How often each element occurs in r on each side, and its last place on
+    // the y side; cleared again over the same range, so the tables stay zero
+    // between calls without a pass over every element.
+    void countOccurrences(const Range& r);
+    void clearOccurrences(const Range& r);
     bool splitOnRuns(const Range& r, std::vector<Range>& ranges);
     void markX(int from, int to)
     {
@@ -287,7 +292,7 @@ void Matcher::refineWindows(std::uint64_t steps, int keep)
     }
 }
 
-bool Matcher::splitOnRuns(const Range& r, std::vector<Range>& ranges)
+void Matcher::countOccurrences(const Range& r)
 {
     if (countX_.empty()) {
         countX_.assign(idCount_, 0);
@@ -300,6 +305,19 @@ bool Matcher::splitOnRuns(const Range& r, std::vector<Range>& ranges)
         ++countY_[y_[j]];
         posY_[y_[j]] = static_cast<std::uint32_t>(j);
     }
+}
+
+void Matcher::clearOccurrences(const Range& r)
+{
+    for (int i = r.xo; i < r.xl; ++i)
+        countX_[x_[i]] = 0;
+    for (int j = r.yo; j < r.yl; ++j)
+        countY_[y_[j]] = 0;
+}
+
+bool Matcher::splitOnRuns(const Range& r, std::vector<Range>& ranges)
+{
+    countOccurrences(r);
     struct Run {
         int x, y, len;
     };
@@ -327,10 +345,7 @@ bool Matcher::splitOnRuns(const Range& r, std::vector<Range>& ranges)
         if (e - s >= minAnchorRun)
             runs.push_back({s, t, e - s});
     }
-    for (int i = r.xo; i < r.xl; ++i)
-        countX_[x_[i]] = 0;
-    for (int j = r.yo; j < r.yl; ++j)
-        countY_[y_[j]] = 0;
+    clearOccurrences(r);
     if (runs.empty())
         return false;
 
@@ -626,17 +641,7 @@ Matcher::Split Matcher::middleSnake(int xo, int xl, int yo, int yl)
 // worth having, so the caller splits some other way.
 bool Matcher::splitOnAnchors(const Range& r, std::vector<Range>& ranges)
 {
-    if (countX_.empty()) {
-        countX_.assign(idCount_, 0);
-        countY_.assign(idCount_, 0);
-        posY_.assign(idCount_, 0);
-    }
-    for (int i = r.xo; i < r.xl; ++i)
-        ++countX_[x_[i]];
-    for (int j = r.yo; j < r.yl; ++j) {
-        ++countY_[y_[j]];
-        posY_[y_[j]] = static_cast<std::uint32_t>(j);
-    }
+    countOccurrences(r);
     // Candidates in x order, with their place on the y side.
     std::vector<std::pair<int, int>> cand;
     for (int i = r.xo; i < r.xl; ++i) {
@@ -644,10 +649,7 @@ bool Matcher::splitOnAnchors(const Range& r, std::vector<Range>& ranges)
         if (countX_[id] == 1 && countY_[id] == 1)
             cand.emplace_back(i, static_cast<int>(posY_[id]));
     }
-    for (int i = r.xo; i < r.xl; ++i)
-        countX_[x_[i]] = 0;
-    for (int j = r.yo; j < r.yl; ++j)
-        countY_[y_[j]] = 0;
+    clearOccurrences(r);
     if (cand.empty())
         return false;
 
