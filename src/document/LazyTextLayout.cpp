@@ -66,13 +66,11 @@ qreal LazyTextLayout::availableWidth() const
     return page > 0 ? std::max<qreal>(1, page - 2 * margin()) : 0;
 }
 
-qreal LazyTextLayout::estimate(int length) const
+qreal LazyTextLayout::estimate(int length, qreal wrapWidth) const
 {
-    const qreal width = availableWidth();
-    const bool wraps = width > 0 && document()->defaultTextOption().wrapMode() != QTextOption::NoWrap;
-    if (!wraps || length <= 1)
+    if (wrapWidth <= 0 || length <= 1)
         return lineHeight_;
-    const qreal lines = std::ceil((length - 1) * charWidth_ / width);
+    const qreal lines = std::ceil((length - 1) * charWidth_ / wrapWidth);
     return lineHeight_ * std::max<qreal>(1, lines);
 }
 
@@ -92,10 +90,15 @@ void LazyTextLayout::measureAll()
     laid_.assign(size_t(n), 0);
     longest_ = 0;
     widest_ = 0;
+    // The width is asked once: asking the document for it per paragraph
+    // costs more than the estimate itself on a million paragraphs.
+    const qreal width = availableWidth();
+    const qreal wrapWidth = width > 0 && document()->defaultTextOption().wrapMode() != QTextOption::NoWrap ? width : 0;
     int i = 0;
     for (QTextBlock b = document()->begin(); b.isValid() && i < n; b = b.next(), ++i) {
-        longest_ = std::max(longest_, b.length());
-        height_[size_t(i)] = b.isVisible() ? estimate(b.length()) : 0;
+        const int length = b.length();
+        longest_ = std::max(longest_, length);
+        height_[size_t(i)] = b.isVisible() ? estimate(length, wrapWidth) : 0;
     }
     // Linear build of the tree.
     tree_.assign(size_t(n) + 1, 0);

@@ -52,7 +52,8 @@ protected:
 
 private:
     void measureAll();
-    qreal estimate(int length) const;
+    // A paragraph of this many characters, wrapped at wrapWidth (0: not wrapped).
+    qreal estimate(int length, qreal wrapWidth) const;
     qreal availableWidth() const;
     qreal margin() const;
     // Lays the paragraph out if it is not, and returns its top.
