@@ -74,10 +74,17 @@ void RichTextBox::watchDocument()
     // in a shown box, where the user types; edits through this class mark the
     // text themselves.
     connect(doc_.get(), &QTextDocument::contentsChange, this, [this](int position, int removed, int added) {
-        if (!formatting_)
+        const bool wholeForLayout =
+            layoutSwitch_ && position == 0 && removed == 0 && added == doc_->characterCount();
+        layoutSwitch_ = false;
+        if (!formatting_ && !wholeForLayout)
             textValid_ = false;
         emit contentsChange(position, removed, added);
     });
+    // A new layout (a view, or the first question about positions on screen)
+    // is announced as a change of the whole document, right after this; the
+    // characters stay as they are.
+    connect(doc_.get(), &QTextDocument::documentLayoutChanged, this, [this] { layoutSwitch_ = true; });
 }
 
 void RichTextBox::swapDocuments(RichTextBox& other)
@@ -89,13 +96,15 @@ void RichTextBox::swapDocuments(RichTextBox& other)
     doc_->disconnect(this);
     other.doc_->disconnect(&other);
     std::swap(doc_, other.doc_);
+    // The kept text describes a document, and goes where it goes.
+    std::swap(textCache_, other.textCache_);
+    std::swap(textValid_, other.textValid_);
     for (RichTextBox* box : {this, &other}) {
         box->watchDocument();
         box->doc_->setUndoRedoEnabled(false);
         box->doc_->clearUndoRedoStacks();
         box->doc_->setUndoRedoEnabled(box->undoWanted_);
         box->cursor_ = QTextCursor(box->doc_.get());
-        box->textValid_ = false;
     }
     other.endBulkEdit();
     endBulkEdit();
@@ -240,7 +249,17 @@ void RichTextBox::replaceDocument(const std::function<void(QTextCursor&)>& fill)
 
 void RichTextBox::setText(const QString& text)
 {
-    replaceDocument([&](QTextCursor&) { doc_->setPlainText(normalisedLineEnds(text)); });
+    const QString normalised = normalisedLineEnds(text);
+    replaceDocument([&](QTextCursor&) { doc_->setPlainText(normalised); });
+    // The document gives its text back as it took it, unless the text holds
+    // a character the document turns into a paragraph break. Keeping it
+    // spares reading a long document back, and a copy of a box's text shares
+    // its characters with the box instead of holding them again.
+    for (const QChar c : {QChar(QChar::ParagraphSeparator), QChar(0xFDD0), QChar(0xFDD1)})
+        if (normalised.contains(c))
+            return;
+    textCache_ = normalised;
+    textValid_ = true;
 }
 
 namespace {
@@ -291,8 +310,21 @@ RichText RichTextBox::SelRTF() const
 void RichTextBox::setSelRTF(const RichText& content)
 {
     QTextCursor c = cursor();
+    // A rendering puts coloured copies of sections back over the same
+    // characters: the kept text still holds then, and a long document is
+    // not read back for it.
+    // Frames and tables bring characters of their own, and are left out.
+    bool sameCharacters = false;
+    if (textValid_) {
+        const QString incoming = content.toPlainText();
+        sameCharacters = !incoming.contains(QChar(0xFDD0)) && !incoming.contains(QChar(0xFDD1))
+            && incoming == fromDocumentText(c.selectedText());
+    }
+    formatting_ = sameCharacters;
     content.insertAt(c);
-    textValid_ = false;
+    formatting_ = false;
+    if (!sameCharacters || TextLength() != textCache_.size())
+        textValid_ = false;
     setCursor(c);
 }
 

@@ -160,4 +160,5 @@ private:
     mutable QString textCache_;
     mutable bool textValid_ = false;
     bool formatting_ = false;
+    bool layoutSwitch_ = false;
 };

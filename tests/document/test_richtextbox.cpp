@@ -55,6 +55,19 @@ TEST(RichTextBox, PositionsCountEveryCharacterAndOneUnitPerBreak)
     RichTextBox empty;
     EXPECT_EQ(empty.Text(), QString());
     EXPECT_EQ(empty.TextLength(), 0);
+
+    // The text a box keeps from setText must be what its document holds,
+    // also where the document turns a character into a paragraph break.
+    for (const QString& given :
+         {QStringLiteral("a\tb\u2028c\n\nd\u00A0"), QStringLiteral("a\u2029b"), QStringLiteral("a\uFDD0b\uFDD1c"),
+          QStringLiteral("x\r\ny\n")}) {
+        RichTextBox kept;
+        kept.setText(given);
+        QString held = kept.document()->toRawText();
+        held.replace(QChar::ParagraphSeparator, QLatin1Char('\n'));
+        EXPECT_EQ(kept.Text(), held) << given.toStdString();
+        EXPECT_EQ(kept.Text().size(), kept.TextLength()) << given.toStdString();
+    }
 }
 
 TEST(RichTextBox, RichContentMovesBetweenBoxesWithItsFormats)
@@ -208,3 +221,4 @@ TEST(RichTextBox, LinesAreParagraphsUnlessShownAndWrapped)
     box.setRightMargin(1000000);
     EXPECT_EQ(box.LineFromChar(box.TextLength()), 2);
 }
+
