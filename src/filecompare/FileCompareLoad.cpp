@@ -51,12 +51,16 @@ void showInFixedPitch(RichTextBox* box, bool fixedPitch)
 // A plain-text file of 100,000 lines takes a good part of a second to become
 // a document, and two of them are loaded for every refresh that reloads:
 // the second is staged while the first is built on a worker thread, and
-// both documents are built side by side. A document is a reentrant object
-// that nothing else sees until the editor takes it, on this thread.
+// both documents are built side by side. When the side-by-side view will
+// colour a copy of a plain editor, that copy is built from the same text on
+// a worker of its own too, instead of after the load on this thread. A
+// document is a reentrant object that nothing else sees until a box takes
+// it, on this thread.
 class PendingEditorLoads {
 public:
     struct Built {
         std::unique_ptr<RichTextBox> box;
+        std::unique_ptr<RichTextBox> copy;
         RichTextBox::FileError error;
     };
 
@@ -68,17 +72,31 @@ public:
     }
 
     // Takes the staged file away from the work file the next load uses and
-    // builds its document on a worker. False when it cannot.
-    bool start(const QString& sTemp, qint32 lEditor)
+    // builds its document (and, when asked, a copy) on workers. False when
+    // it cannot.
+    bool start(const QString& sTemp, qint32 lEditor, bool withCopy)
     {
         const QString kept = sTemp + QStringLiteral(".%1").arg(lEditor);
         QFile::remove(kept);
         if (!QFile::rename(sTemp, kept))
             return false;
         QThread* home = QThread::currentThread();
-        loads_.push_back({lEditor, kept, std::async(std::launch::async, [kept, home] {
-                              Built b{std::make_unique<RichTextBox>(), {}};
-                              b.error = b.box->LoadFile(kept, RichTextBox::ByContent);
+        loads_.push_back({lEditor, kept, std::async(std::launch::async, [kept, home, withCopy] {
+                              Built b{std::make_unique<RichTextBox>(), nullptr, {}};
+                              QString text;
+                              if (withCopy && filecompare::FileCompareSession::PlainTextOf(kept, text)) {
+                                  auto copy = std::async(std::launch::async, [&text, home] {
+                                      auto c = std::make_unique<RichTextBox>();
+                                      c->setText(text);
+                                      c->document()->moveToThread(home);
+                                      c->moveToThread(home);
+                                      return c;
+                                  });
+                                  b.box->setText(text);
+                                  b.copy = copy.get();
+                              } else {
+                                  b.error = b.box->LoadFile(kept, RichTextBox::ByContent);
+                              }
                               b.box->document()->moveToThread(home);
                               b.box->moveToThread(home);
                               return b;
@@ -93,10 +111,13 @@ public:
         for (Load& l : loads_) {
             Built b = l.built.get();
             RichTextBox* box = viewer->EditorBox(l.editor);
-            if (!b.error)
+            if (!b.error) {
                 box->swapDocuments(*b.box);
-            else
+                if (b.copy)
+                    viewer->adoptWorkCopy(l.editor, *b.copy);
+            } else {
                 viewer->EditorDocument(l.editor)->LoadFile(l.path);
+            }
             showInFixedPitch(box, true);
             QFile::remove(l.path);
         }
@@ -165,7 +186,7 @@ bool frmCompareFiles::LoadFileIntoEditor(const QString& sFile, qint32 lEditor)
     clsRTBDocument* doc = EditorDocument(lEditor);
     if (!box || !doc)
         return false;
-    if (!staged.richText && pendingLoads_ && editor && pendingLoads_->start(sTemp, lEditor)) {
+    if (!staged.richText && pendingLoads_ && editor && pendingLoads_->start(sTemp, lEditor, SideBySideShowing())) {
         // Built on a worker; the editor takes it when both files are staged.
     } else {
         // The box's load replaces its document only when the file could be

@@ -23,6 +23,7 @@
 #include <QToolBar>
 
 #include <memory>
+#include <utility>
 
 using filecompare::DoEvents;
 using filecompare::Sleep;
@@ -244,21 +245,12 @@ void frmCompareFiles::RunCompare(bool bShowDifference)
                 editor->setText(QString(text).remove(doubled));
         }
 
-        rtbOriginalDiff->setTextRTF(rtbOriginal->TextRTF());
-        rtbModifiedDiff->setTextRTF(rtbModified->TextRTF());
-        // The panes show each side in the font its editor shows it in.
-        filecompare::TakeLook(rtbOriginalDiff, rtbOriginal);
-        filecompare::TakeLook(rtbModifiedDiff, rtbModified);
-        // An unchanged editor keeps its index from the last run, and so does
-        // its work copy, which holds the same text again.
-        if (mbOriginalDirty) {
+        prepareWorkCopies();
+        // An unchanged editor keeps its index from the last run.
+        if (mbOriginalDirty)
             docOriginal.ParagraphCollectionCreate();
-            docOriginalDiff.ParagraphCollectionCreate();
-        }
-        if (mbModifiedDirty) {
+        if (mbModifiedDirty)
             docModified.ParagraphCollectionCreate();
-            docModifiedDiff.ParagraphCollectionCreate();
-        }
         const auto& result = session_.compare(rtbOriginal->Text(), rtbModified->Text(),
                                               [this](bool original, qint32 first, qint32 last) {
                                                   return sectionText(original, first, last);
@@ -337,6 +329,39 @@ void frmCompareFiles::RunCompare(bool bShowDifference)
     if (moFileOptions.bBeepWhenDone.Data())
         filecompare::Beep();
     emit runFinished();
+}
+
+void frmCompareFiles::adoptWorkCopy(qint32 lEditor, RichTextBox& copy)
+{
+    const int side = lEditor == kOriginal ? 0 : 1;
+    (side == 0 ? rtbOriginalDiff : rtbModifiedDiff)->swapDocuments(copy);
+    workCopyOf_[side] = EditorBox(lEditor)->Text();
+}
+
+void frmCompareFiles::prepareWorkCopies()
+{
+    // Only the side-by-side view works on copies; the all-in-one view builds
+    // its pane from the editors themselves.
+    const bool wanted = SideBySideShowing();
+    for (int side = 0; side < 2; ++side) {
+        RichTextBox* editor = side == 0 ? rtbOriginal : rtbModified;
+        RichTextBox* work = side == 0 ? rtbOriginalDiff : rtbModifiedDiff;
+        clsRTBDocument& index = side == 0 ? docOriginalDiff : docModifiedDiff;
+        const QString builtFrom = std::exchange(workCopyOf_[side], QString());
+        if (!wanted)
+            continue;
+        const RichText content = editor->TextRTF();
+        const QString text = editor->Text();
+        // The same characters, not equal ones: an editor that was edited
+        // since holds a text of its own even when it reads the same.
+        const bool prebuilt = content.isUnformatted() && !builtFrom.isNull()
+            && builtFrom.constData() == text.constData() && builtFrom.size() == text.size();
+        if (!prebuilt)
+            work->setTextRTF(content);
+        // The panes show each side in the font its editor shows it in.
+        filecompare::TakeLook(work, editor);
+        index.ParagraphCollectionCreate();
+    }
 }
 
 QString frmCompareFiles::sectionText(bool original, qint32 first, qint32 last)

@@ -322,6 +322,12 @@ private:
     // The text of paragraphs first..last of an editor, without the last
     // line end (what a renderer takes of a section).
     QString sectionText(bool original, qint32 first, qint32 last);
+    // The side-by-side view colours copies of the editors: a copy built on a
+    // worker during the load is taken as long as its editor still holds the
+    // text it was built from, and made here otherwise.
+    friend class PendingEditorLoads;
+    void adoptWorkCopy(qint32 lEditor, RichTextBox& copy);
+    void prepareWorkCopies();
 
     // --- state ------------------------------------------------------------------------
     filecompare::FileCompareSession session_;
@@ -362,6 +368,10 @@ private:
     // here for the compare.
     bool textOnlyLoads_ = false;
     std::array<std::optional<QString>, 2> heldText_;
+    // The text each prebuilt work copy was built from; it shares its
+    // characters with the editor's, so that an unchanged editor is known by
+    // holding the very same text.
+    std::array<QString, 2> workCopyOf_;
     filecompare::SideBySideDecorations* sbsDecorations_ = nullptr;
     bool closeWhenIdle_ = false;
     bool ready_ = false;
