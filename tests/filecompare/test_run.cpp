@@ -307,6 +307,20 @@ TEST_F(RunTest, AFailedReloadStopsTheRequest)
     EXPECT_FALSE(ui<frmPleaseWait>("")->isVisible());
 }
 
+TEST_F(RunTest, AnEditorEditedAfterAReloadIsRenderedAsItNowReads)
+{
+    // The Modified side reloads (with the copy its pane will show), the
+    // Original fails; the Modified editor is then edited to read as the
+    // Original, so that no section of the pane is rendered from the editor.
+    compare(textFile("a.txt", {"one", "two"}), textFile("b.txt", {"one", "three"}));
+    ui<QComboBox>("cbSelectOriginal")->setEditText(dir.qpath() + "/missing.txt");
+    viewer->RefreshDisplay(true, true);
+    box(frmCompareFiles::kModified)->setText("one\ntwo");
+    viewer->RefreshDisplay(false, true);
+    EXPECT_TRUE(viewer->Result().empty());
+    EXPECT_EQ(box(frmCompareFiles::kModifiedDiffFinal)->Text(), "one\ntwo");
+}
+
 TEST_F(RunTest, TheViewSwitchRendersAStaleViewOnlyOnce)
 {
     int runs = 0;
