@@ -131,6 +131,26 @@ void LazyTextLayout::documentChanged(int from, int charsRemoved, int charsAdded)
     emit update();
 }
 
+int LazyTextLayout::linesAbove(int blockNumber) const
+{
+    if (lineHeight_ <= 0 || blockNumber <= 0)
+        return 0;
+    const int number = std::min(blockNumber, int(height_.size()));
+    return int(std::lround((top(number) - margin()) / lineHeight_));
+}
+
+int LazyTextLayout::blockOfLine(int line, int& firstLine) const
+{
+    firstLine = 0;
+    if (height_.empty() || lineHeight_ <= 0 || line <= 0)
+        return 0;
+    // Half a line down, so that rounding of the sums never lands a hair
+    // above the paragraph's top.
+    const int number = std::clamp(blockAt(margin() + (line + 0.5) * lineHeight_), 0, int(height_.size()) - 1);
+    firstLine = linesAbove(number);
+    return number;
+}
+
 int LazyTextLayout::laidOutCount() const
 {
     return int(std::count(laid_.begin(), laid_.end(), char(1)));

@@ -47,6 +47,13 @@ public:
     // Paragraphs that have their lines now.
     int laidOutCount() const;
 
+    // Display lines above a paragraph, and the paragraph that holds display
+    // line `line` (with its first line in `firstLine`), in log time: the
+    // paragraphs not yet laid out count as tall as the layout takes them to
+    // be. Every line of the documents this layout serves is one height.
+    int linesAbove(int blockNumber) const;
+    int blockOfLine(int line, int& firstLine) const;
+
 protected:
     void documentChanged(int from, int charsRemoved, int charsAdded) override;
 

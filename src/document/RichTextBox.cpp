@@ -521,8 +521,13 @@ int RichTextBox::LineIndex(int line) const
         const QTextBlock block = doc_->findBlockByNumber(line);
         return block.isValid() ? block.position() : -1;
     }
+    // A long document is not walked (and laid out) up to the line: the
+    // status bar asks twice a second.
     int first = 0;
-    for (QTextBlock block = doc_->begin(); block.isValid(); block = block.next()) {
+    QTextBlock block = doc_->begin();
+    if (const auto* lazy = qobject_cast<const LazyTextLayout*>(doc_->documentLayout()))
+        block = doc_->findBlockByNumber(lazy->blockOfLine(line, first));
+    for (; block.isValid(); block = block.next()) {
         const QTextLayout* layout = laidOut(doc_.get(), block);
         const int lines = layout ? layout->lineCount() : 1;
         if (line < first + lines)
@@ -539,6 +544,14 @@ int RichTextBox::LineFromChar(int position) const
     if (!shown())
         return target.blockNumber();
     int line = 0;
+    if (const auto* lazy = qobject_cast<const LazyTextLayout*>(doc_->documentLayout())) {
+        // Laying the target out first settles its height in the sum.
+        const QTextLayout* layout = laidOut(doc_.get(), target);
+        line = lazy->linesAbove(target.blockNumber());
+        if (layout)
+            line += layout->lineForTextPosition(position - target.position()).lineNumber();
+        return line;
+    }
     for (QTextBlock block = doc_->begin(); block.isValid() && block != target; block = block.next()) {
         const QTextLayout* layout = laidOut(doc_.get(), block);
         line += layout ? layout->lineCount() : 1;

@@ -119,4 +119,21 @@ TEST(LazyLayout, OnlyLongPlainDocumentsAreLaidOutLazily)
     EXPECT_EQ(qobject_cast<LazyTextLayout*>(view->document()->documentLayout()), nullptr);
 }
 
+TEST(LazyLayout, TheCaretsLineNearTheEndIsFoundWithoutLayingOutTheDocument)
+{
+    // The status bar asks for the caret's line twice a second.
+    RichTextBox box;
+    QTextEdit* view = box.createView();
+    view->resize(400, 300);
+    box.setRightMargin(1000000);
+    box.setText(sampleText());
+    const auto* layout = qobject_cast<LazyTextLayout*>(view->document()->documentLayout());
+    ASSERT_NE(layout, nullptr);
+    const QTextBlock far = box.document()->findBlockByNumber(kLines - 3);
+    EXPECT_EQ(box.LineFromChar(far.position() + 2), kLines - 3);
+    EXPECT_EQ(box.LineIndex(kLines - 3), far.position());
+    EXPECT_EQ(box.LineIndex(kLines + 5), -1);
+    EXPECT_LT(layout->laidOutCount(), 5);
+}
+
 } // namespace
