@@ -216,6 +216,12 @@ QString RichTextBox::Text() const
     return textCache_;
 }
 
+void RichTextBox::releaseKeptText()
+{
+    textCache_ = QString();
+    textValid_ = false;
+}
+
 int RichTextBox::TextLength() const
 {
     return doc_->characterCount() - 1;

@@ -56,6 +56,9 @@ public:
     QString Text() const;
     void setText(const QString& text);  // plain text; formats are dropped
     int TextLength() const;             // Len(Text), without building it
+    // Lets go of the text kept since it was last read or set; the next Text()
+    // reads the document again. For long documents whose text is done with.
+    void releaseKeptText();
     QChar characterAt(int position) const;  // '\n' for a paragraph break
 
     RichText TextRTF() const;

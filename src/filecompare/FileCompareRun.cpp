@@ -251,7 +251,14 @@ void frmCompareFiles::RunCompare(bool bShowDifference)
             docOriginal.ParagraphCollectionCreate();
         if (mbModifiedDirty)
             docModified.ParagraphCollectionCreate();
-        const auto& result = session_.compare(rtbOriginal->Text(), rtbModified->Text(),
+        // The boxes keep no second copy of their texts through the compare:
+        // for long documents that is 200 MB the engine's own copies would
+        // come on top of. A box reads its document again when asked.
+        QString original = rtbOriginal->Text();
+        QString modified = rtbModified->Text();
+        for (RichTextBox* box : {rtbOriginal, rtbModified, rtbOriginalDiff, rtbModifiedDiff})
+            box->releaseKeptText();
+        const auto& result = session_.compare(std::move(original), std::move(modified),
                                               [this](bool original, qint32 first, qint32 last) {
                                                   return sectionText(original, first, last);
                                               });

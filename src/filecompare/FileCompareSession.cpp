@@ -15,7 +15,9 @@
 #include <QFile>
 #include <QThread>
 
+#include <algorithm>
 #include <string_view>
+#include <utility>
 
 namespace filecompare {
 
@@ -196,23 +198,33 @@ bool FileCompareSession::WriteWholeText(const QString& sText, const QString& sFi
     QFile f(sFile);
     if (sFile.isEmpty() || !f.open(QIODevice::WriteOnly | QIODevice::Truncate))
         return false;
-    QByteArray bytes = sText.toUtf8();
-    if (!bytes.endsWith('\n') && !bytes.endsWith('\r'))
-        bytes.append("\r\n");
-    return f.write(bytes) == bytes.size() && f.flush();
+    // In pieces: a long text is not held a second time, as UTF-8, whole.
+    // A piece ends before a high surrogate, so that no character is split.
+    constexpr qsizetype kPiece = 1 << 20;
+    for (qsizetype at = 0; at < sText.size();) {
+        qsizetype n = std::min(kPiece, sText.size() - at);
+        if (at + n < sText.size() && sText.at(at + n - 1).isHighSurrogate())
+            --n;
+        const QByteArray bytes = QStringView(sText).mid(at, n).toUtf8();
+        if (f.write(bytes) != bytes.size())
+            return false;
+        at += n;
+    }
+    if (!sText.endsWith(QLatin1Char('\n')) && !sText.endsWith(QLatin1Char('\r')) && f.write("\r\n", 2) != 2)
+        return false;
+    return f.flush();
 }
 
-const ComparisonResult& FileCompareSession::compare(const QString& original, const QString& modified,
-                                                    const SectionText& sections)
+const ComparisonResult& FileCompareSession::compare(QString original, QString modified, const SectionText& sections)
 {
     emit progress(3, QStringLiteral("Compare In Process..."));
     Skeinmatch& e = lines_;
     // A work file that could not be written would leave the engine comparing
     // what an earlier run wrote there, or nothing: the run stops instead.
     QString failure;
-    if (!WriteWholeText(original, gsMasterTextFile))
+    if (!WriteWholeText(std::exchange(original, QString()), gsMasterTextFile))
         failure = QStringLiteral("Unable to write the Original's text for comparison: ") + gsMasterTextFile;
-    else if (!WriteWholeText(modified, gsSourceTextFile))
+    else if (!WriteWholeText(std::exchange(modified, QString()), gsSourceTextFile))
         failure = QStringLiteral("Unable to write the Modified's text for comparison: ") + gsSourceTextFile;
     if (!failure.isEmpty()) {
         // The records of an earlier run must not pass for this one's.

@@ -88,8 +88,10 @@ public:
     // Compares the two texts (one paragraph a line) into a new result. A
     // step that fails gives a failed result that says what failed. An abort
     // during the word-level pass leaves the changes behind it without words.
-    const ComparisonResult& compare(const QString& original, const QString& modified,
-                                    const SectionText& sections = {});
+    // The texts are let go of once written for the engine, so that a caller
+    // that hands over the last references frees them before the engine
+    // loads its own copies.
+    const ComparisonResult& compare(QString original, QString modified, const SectionText& sections = {});
     const ComparisonResult& result() const { return result_; }
     static bool WriteWholeText(const QString& sText, const QString& sFile);
     // The word-level records of one section.

@@ -57,8 +57,10 @@ bool SideBySideRenderer::render(const ComparisonResult& result)
     // take the old shown documents.
     p_.originalPane->swapDocuments(*p_.originalWork);
     p_.modifiedPane->swapDocuments(*p_.modifiedWork);
-    p_.docOriginalPane->ParagraphCollectionCreate();
-    p_.docModifiedPane->ParagraphCollectionCreate();
+    // The copies kept their paragraphs through the pass: their indexes go
+    // with them.
+    p_.docOriginalPane->ParagraphCollectionTake(*p_.docOriginalWork);
+    p_.docModifiedPane->ParagraphCollectionTake(*p_.docModifiedWork);
     return whole;
 }
 
