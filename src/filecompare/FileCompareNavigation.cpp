@@ -30,8 +30,8 @@ QString selectedParagraphText(clsRTBDocument& doc, RichTextBox* box, qint32 para
     return box->SelText().left(100);
 }
 
-// The text selectedParagraphText would give, read from the box's text with the
-// same bounds, without two cursor moves and a copy per difference. Paragraphs
+// The text selectedParagraphText would give, read with the same bounds,
+// without two cursor moves and a copy per difference. Paragraphs
 // outside the index take the old road, beep included.
 QString paragraphText(clsRTBDocument& doc, RichTextBox* box, qint32 paragraph)
 {
@@ -47,10 +47,16 @@ QString paragraphText(clsRTBDocument& doc, RichTextBox* box, qint32 paragraph)
             end = start; // a negative length leaves the selection empty
     }
     end = std::min<qint64>(end, length);
-    const QString text = box->Text();
-    if (end > start && text.at(end - 1) == u'\n')
+    // Read from the document as far as the row shows: the whole text of a
+    // long document is not kept once it has been compared.
+    if (end > start && box->characterAt(int(end) - 1) == u'\n')
         --end;
-    return text.mid(start, end - start).left(100);
+    const int n = int(std::min<qint64>(end - start, 100));
+    QString row;
+    row.reserve(n);
+    for (int i = 0; i < n; ++i)
+        row += box->characterAt(start + i);
+    return row;
 }
 
 } // namespace
