@@ -20,8 +20,11 @@
 #include <QScopeGuard>
 #include <QStatusBar>
 #include <QTextEdit>
+#include <QThread>
 #include <QToolBar>
 
+#include <array>
+#include <future>
 #include <memory>
 #include <utility>
 
@@ -350,10 +353,14 @@ void frmCompareFiles::prepareWorkCopies()
     // Only the side-by-side view works on copies; the all-in-one view builds
     // its pane from the editors themselves.
     const bool wanted = SideBySideShowing();
+    // Plain copies to make are built side by side on workers: a document of
+    // a million lines takes seconds. A document is a reentrant object that
+    // nothing else sees until its box takes it, here.
+    QThread* home = QThread::currentThread();
+    std::array<std::future<std::unique_ptr<RichTextBox>>, 2> plain;
     for (int side = 0; side < 2; ++side) {
         RichTextBox* editor = side == 0 ? rtbOriginal : rtbModified;
         RichTextBox* work = side == 0 ? rtbOriginalDiff : rtbModifiedDiff;
-        clsRTBDocument& index = side == 0 ? docOriginalDiff : docModifiedDiff;
         const QString builtFrom = std::exchange(workCopyOf_[side], QString());
         if (!wanted)
             continue;
@@ -363,11 +370,30 @@ void frmCompareFiles::prepareWorkCopies()
         // since holds a text of its own even when it reads the same.
         const bool prebuilt = content.isUnformatted() && !builtFrom.isNull()
             && builtFrom.constData() == text.constData() && builtFrom.size() == text.size();
-        if (!prebuilt)
+        if (prebuilt)
+            continue;
+        if (!content.isUnformatted()) {
             work->setTextRTF(content);
+            continue;
+        }
+        plain[size_t(side)] = std::async(std::launch::async, [text, home] {
+            auto copy = std::make_unique<RichTextBox>();
+            copy->setText(text);
+            copy->document()->moveToThread(home);
+            copy->moveToThread(home);
+            return copy;
+        });
+    }
+    if (!wanted)
+        return;
+    for (int side = 0; side < 2; ++side) {
+        RichTextBox* editor = side == 0 ? rtbOriginal : rtbModified;
+        RichTextBox* work = side == 0 ? rtbOriginalDiff : rtbModifiedDiff;
+        if (plain[size_t(side)].valid())
+            work->swapDocuments(*plain[size_t(side)].get());
         // The panes show each side in the font its editor shows it in.
         filecompare::TakeLook(work, editor);
-        index.ParagraphCollectionCreate();
+        (side == 0 ? docOriginalDiff : docModifiedDiff).ParagraphCollectionCreate();
     }
 }
 
