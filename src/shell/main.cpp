@@ -1,4 +1,4 @@
-// Program entry: --help and --version, the platform (offscreen without a
+// Program entry: --help and --version, huge pages for the heap, the platform (offscreen without a
 // display, so that batch runs work on servers), the icon, the desktop seams,
 // then Main.
 
@@ -12,7 +12,13 @@
 #include <QApplication>
 
 #include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <fstream>
 #include <memory>
+#include <string>
+
+#include <unistd.h>
 
 namespace {
 
@@ -28,6 +34,36 @@ void quietOffscreenHandler(QtMsgType type, const QMessageLogContext& context, co
             || message.startsWith(QLatin1String("QStandardPaths: XDG_RUNTIME_DIR not set"))))
         return;
     defaultHandler(type, context, message);
+}
+
+// Long documents are built of millions of small pieces spread over hundreds
+// of megabytes, and the time goes into page faults and address lookups. On
+// transparent huge pages the window of a 1,340,000-line pair settles on
+// 17 s of processor time instead of 23, and its batch report takes 1.7 s
+// instead of 2.2, for a few megabytes more. The C library's allocator asks
+// for huge pages only when told so as the program starts: the program starts
+// itself once more with the setting, where the system gives huge pages to
+// programs that ask (its choice is the bracketed one). A setting of the
+// user's own, either way, is left alone.
+void restartOnHugePages(char** argv)
+{
+    const char* tunables = std::getenv("GLIBC_TUNABLES");
+    if (tunables && std::strstr(tunables, "glibc.malloc.hugetlb"))
+        return;
+    std::ifstream modes("/sys/kernel/mm/transparent_hugepage/enabled");
+    std::string chosen;
+    if (!std::getline(modes, chosen) || chosen.find("[madvise]") == std::string::npos)
+        return;
+    const std::string previous = tunables ? tunables : "";
+    const std::string value = previous.empty() ? "glibc.malloc.hugetlb=1" : previous + ":glibc.malloc.hugetlb=1";
+    if (setenv("GLIBC_TUNABLES", value.c_str(), 1) != 0)
+        return;
+    execv("/proc/self/exe", argv);
+    // Still here: carry on as started.
+    if (tunables)
+        setenv("GLIBC_TUNABLES", previous.c_str(), 1);
+    else
+        unsetenv("GLIBC_TUNABLES");
 }
 
 } // namespace
@@ -50,6 +86,7 @@ int main(int argc, char** argv)
     case InfoRequest::None:
         break;
     }
+    restartOnHugePages(argv);
 
     const bool hasDisplay = !qEnvironmentVariableIsEmpty("DISPLAY")
         || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
