@@ -74,7 +74,7 @@ qreal LazyTextLayout::estimate(int length, qreal wrapWidth) const
     return lineHeight_ * std::max<qreal>(1, lines);
 }
 
-void LazyTextLayout::measureAll()
+void LazyTextLayout::measureFont()
 {
     // One line of the default font gives the height of every line not yet
     // laid out, and its character width the lines a long paragraph wraps to.
@@ -84,21 +84,26 @@ void LazyTextLayout::measureAll()
     probe.endLayout();
     lineHeight_ = lineAdvance(line);
     charWidth_ = QFontMetricsF(document()->defaultFont(), paintDevice()).averageCharWidth();
+    // The width is asked once: asking the document for it per paragraph
+    // costs more than the estimate itself on a million paragraphs.
+    const qreal width = availableWidth();
+    wrapWidth_ = width > 0 && document()->defaultTextOption().wrapMode() != QTextOption::NoWrap ? width : 0;
+}
 
+void LazyTextLayout::measureAll()
+{
+    measureFont();
     const int n = document()->blockCount();
+    measuredCharacters_ = document()->characterCount();
     height_.assign(size_t(n), 0);
     laid_.assign(size_t(n), 0);
     longest_ = 0;
     widest_ = 0;
-    // The width is asked once: asking the document for it per paragraph
-    // costs more than the estimate itself on a million paragraphs.
-    const qreal width = availableWidth();
-    const qreal wrapWidth = width > 0 && document()->defaultTextOption().wrapMode() != QTextOption::NoWrap ? width : 0;
     int i = 0;
     for (QTextBlock b = document()->begin(); b.isValid() && i < n; b = b.next(), ++i) {
         const int length = b.length();
         longest_ = std::max(longest_, length);
-        height_[size_t(i)] = b.isVisible() ? estimate(length, wrapWidth) : 0;
+        height_[size_t(i)] = b.isVisible() ? estimate(length, wrapWidth_) : 0;
     }
     // Linear build of the tree.
     tree_.assign(size_t(n) + 1, 0);
@@ -112,8 +117,46 @@ void LazyTextLayout::measureAll()
     }
 }
 
+void LazyTextLayout::remeasure()
+{
+    const qreal line = lineHeight_, chars = charWidth_, wrap = wrapWidth_;
+    measureFont();
+    std::vector<int> laid;
+    for (size_t i = 0; i < laid_.size(); ++i)
+        if (laid_[i])
+            laid.push_back(int(i));
+    if (line != lineHeight_ || chars != charWidth_ || wrap != wrapWidth_) {
+        for (int i : laid)
+            document()->findBlockByNumber(i).clearLayout();
+        measureAll();
+        return;
+    }
+    widest_ = 0;
+    for (int i : laid) {
+        QTextBlock b = document()->findBlockByNumber(i);
+        b.clearLayout();
+        laid_[size_t(i)] = 0;
+        setHeight(i, b.isVisible() ? estimate(b.length(), wrapWidth_) : 0);
+    }
+}
+
 void LazyTextLayout::documentChanged(int from, int charsRemoved, int charsAdded)
 {
+    const int n = document()->blockCount();
+    const int characters = document()->characterCount();
+    if (from == 0 && charsRemoved == 0 && charsAdded == characters && characters == measuredCharacters_
+        && laid_.size() == size_t(n)) {
+        // The whole document announced with no character gone: a new
+        // layout, font, width or option, announced a dozen times while a
+        // window comes up. The paragraphs are the ones measured: only those
+        // that have lines lose them, and the estimates of the others stand
+        // unless the font or the wrapping width changed.
+        remeasure();
+        sizeAnnounced_ = true;
+        emit documentSizeChanged(documentSize());
+        emit update();
+        return;
+    }
     // Lines of the changed paragraphs are stale; the others are laid out
     // again when next drawn, since a new width or font may have come with
     // the change. Only paragraphs on screen ever had lines.

@@ -58,7 +58,9 @@ protected:
     void documentChanged(int from, int charsRemoved, int charsAdded) override;
 
 private:
+    void measureFont();
     void measureAll();
+    void remeasure();
     // A paragraph of this many characters, wrapped at wrapWidth (0: not wrapped).
     qreal estimate(int length, qreal wrapWidth) const;
     qreal availableWidth() const;
@@ -80,6 +82,9 @@ private:
     mutable bool sizeAnnounced_ = true;
     qreal lineHeight_ = 0;
     qreal charWidth_ = 0;
+    qreal wrapWidth_ = 0;  // 0: not wrapped
+    // The characters of the document when it was last measured whole.
+    int measuredCharacters_ = -1;
     int longest_ = 0;
     // The widest paragraph laid out so far: tabs and wide characters can
     // make a paragraph wider than its length says.

@@ -69,6 +69,29 @@ TEST(LazyLayout, ParagraphsStandWhereQtsLayoutPutsThem)
     EXPECT_EQ(hit, qt->hitTest(QPointF(r.left() + 2, r.top() + second.y() + 1), Qt::FuzzyHit));
 }
 
+TEST(LazyLayout, ANewFontOrWidthMovesParagraphsAsQtsLayoutDoes)
+{
+    Pair p;
+    QAbstractTextDocumentLayout* qt = p.qt.documentLayout();
+    auto expectSamePlaces = [&](const char* after) {
+        for (int n = 0; n < 60; ++n) {
+            const QRectF a = qt->blockBoundingRect(p.qt.findBlockByNumber(n));
+            const QRectF b = p.layout->blockBoundingRect(p.lazy.findBlockByNumber(n));
+            ASSERT_DOUBLE_EQ(a.top(), b.top()) << after << ", paragraph " << n;
+            ASSERT_DOUBLE_EQ(a.height(), b.height()) << after << ", paragraph " << n;
+        }
+    };
+    expectSamePlaces("first layout");
+    QFont big = p.lazy.defaultFont();
+    big.setPointSizeF(big.pointSizeF() * 2);
+    for (QTextDocument* d : {&p.qt, &p.lazy})
+        d->setDefaultFont(big);
+    expectSamePlaces("a bigger font");
+    for (QTextDocument* d : {&p.qt, &p.lazy})
+        d->setPageSize(QSizeF(600, -1));
+    expectSamePlaces("a wider page");
+}
+
 TEST(LazyLayout, AFarParagraphIsFoundWithoutLayingOutTheOnesAboveIt)
 {
     Pair p(5000);
