@@ -7,8 +7,6 @@
 #include <QFileInfo>
 #include <QGuiApplication>
 #include <QMessageBox>
-#include <QTextBlock>
-#include <QTextDocument>
 #include <QThread>
 #include <stdexcept>
 #include <utility>
@@ -113,20 +111,6 @@ void clsRTBDocument::ParagraphCollectionAdjust(std::int32_t lParagraphToBeginWit
 void clsRTBDocument::ParagraphCollectionTake(clsRTBDocument& from)
 {
     paragraphs_ = std::exchange(from.paragraphs_, {});
-    if (!rtb_)
-        return;
-    const QTextDocument* doc = rtb_->document();
-    bool fits = paragraphs_.size() == size_t(doc->blockCount());
-    size_t i = 0;
-    std::int32_t position = 0;
-    for (QTextBlock b = doc->begin(); fits && b.isValid(); b = b.next(), ++i) {
-        // The last paragraph's end overshoots the text by one more.
-        const std::int32_t length = b.length() + (i + 1 == paragraphs_.size() ? 1 : 0);
-        fits = paragraphs_[i].FirstChar == position && paragraphs_[i].LastChar == position + length;
-        position += b.length();
-    }
-    if (!fits)
-        ParagraphCollectionCreate();
 }
 
 void clsRTBDocument::ParagraphCollectionEmpty()

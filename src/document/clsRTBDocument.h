@@ -46,10 +46,9 @@ public:
     bool ParagraphCollectionCreate();
     void ParagraphCollectionAdjust(std::int32_t lParagraphToBeginWith, std::int32_t lLength);
     void ParagraphCollectionEmpty();
-    // Takes the index of another box whose document this box now holds (a
-    // finished copy swapped in), leaving that one empty. It is checked
-    // against the paragraphs of the document, in one pass over them, and
-    // built anew if it does not fit.
+    // Takes the index of another box whose document, with the same
+    // paragraphs, this box now holds (a finished copy swapped in), leaving
+    // that one empty.
     void ParagraphCollectionTake(clsRTBDocument& from);
     std::int32_t ParagraphCount() const { return std::int32_t(paragraphs_.size()); }
     const clsParagraph& Paragraph(std::int32_t number) const;

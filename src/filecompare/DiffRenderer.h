@@ -102,7 +102,8 @@ public:
     std::vector<RichTextBox*> panes() const override;
 
 private:
-    void renderChange(const Difference& d);
+    // False when a section did not bring back the characters it replaced.
+    bool renderChange(const Difference& d);
 };
 
 class AllInOneRenderer final : public DiffRenderer {

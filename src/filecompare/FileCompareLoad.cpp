@@ -112,13 +112,16 @@ public:
             Built b = l.built.get();
             RichTextBox* box = viewer->EditorBox(l.editor);
             if (!b.error) {
+                // The font first: a long document shown in one font and then
+                // another is measured twice.
+                showInFixedPitch(b.box.get(), true);
                 box->swapDocuments(*b.box);
                 if (b.copy)
                     viewer->adoptWorkCopy(l.editor, *b.copy);
             } else {
                 viewer->EditorDocument(l.editor)->LoadFile(l.path);
+                showInFixedPitch(box, true);
             }
-            showInFixedPitch(box, true);
             QFile::remove(l.path);
         }
         loads_.clear();

@@ -17,8 +17,9 @@ namespace {
 
 // The span a changed section occupies in a work pane, by the editor's index:
 // the section left the editor without its paragraph break, so the span it
-// replaces must leave that break alone too.
-void replaceSection(RichTextBox* work, const clsRTBDocument& reference, qint32 first, qint32 last,
+// replaces must leave that break alone too. True when the section brought
+// back the very characters it replaced.
+bool replaceSection(RichTextBox* work, const clsRTBDocument& reference, qint32 first, qint32 last,
                     const RichTextBox* section)
 {
     const qint32 start = reference.GetFirstCharLocationOfParagraph(first);
@@ -27,7 +28,9 @@ void replaceSection(RichTextBox* work, const clsRTBDocument& reference, qint32 f
         --end;
     work->setSelStart(start);
     work->setSelLength(qMax(0, end - start));
+    const bool same = work->SelText() == section->Text();
     work->setSelRTF(section->TextRTF());
+    return same;
 }
 
 } // namespace
@@ -35,10 +38,11 @@ void replaceSection(RichTextBox* work, const clsRTBDocument& reference, qint32 f
 bool SideBySideRenderer::render(const ComparisonResult& result)
 {
     const clsCompareFileOptions& o = *run_.options;
+    bool sameParagraphs = true;
     const bool whole = WalkFromLast(result, run_, 3, QStringLiteral("Document "),
                                     QStringLiteral("% Done. Click here to Abort."), [&](int, const Difference& d) {
         if (d.kind == kKindChange) {
-            renderChange(d);
+            sameParagraphs = renderChange(d) && sameParagraphs;
             p_.docOriginalWork->SelectParagraphs(d.lf, d.ll, true);
             // The Original's text of the section, then the Modified's, each
             // as a paragraph of its own.
@@ -57,14 +61,19 @@ bool SideBySideRenderer::render(const ComparisonResult& result)
     // take the old shown documents.
     p_.originalPane->swapDocuments(*p_.originalWork);
     p_.modifiedPane->swapDocuments(*p_.modifiedWork);
-    // The copies kept their paragraphs through the pass: their indexes go
-    // with them.
-    p_.docOriginalPane->ParagraphCollectionTake(*p_.docOriginalWork);
-    p_.docModifiedPane->ParagraphCollectionTake(*p_.docModifiedWork);
+    // Copies whose sections all came back as they were keep their
+    // paragraphs, and their indexes go with them.
+    if (sameParagraphs) {
+        p_.docOriginalPane->ParagraphCollectionTake(*p_.docOriginalWork);
+        p_.docModifiedPane->ParagraphCollectionTake(*p_.docModifiedWork);
+    } else {
+        p_.docOriginalPane->ParagraphCollectionCreate();
+        p_.docModifiedPane->ParagraphCollectionCreate();
+    }
     return whole;
 }
 
-void SideBySideRenderer::renderChange(const Difference& d)
+bool SideBySideRenderer::renderChange(const Difference& d)
 {
     const clsCompareFileOptions& o = *run_.options;
     p_.docOriginal->SelectParagraphs(d.lf, d.ll, false);
@@ -83,8 +92,8 @@ void SideBySideRenderer::renderChange(const Difference& d)
     }
     // The editors' indexes never change during the pass, and everything the
     // work panes changed so far lies behind this record.
-    replaceSection(p_.originalWork, *p_.docOriginal, d.lf, d.ll, p_.originalSection);
-    replaceSection(p_.modifiedWork, *p_.docModified, d.rf, d.rl, p_.modifiedSection);
+    const bool original = replaceSection(p_.originalWork, *p_.docOriginal, d.lf, d.ll, p_.originalSection);
+    return replaceSection(p_.modifiedWork, *p_.docModified, d.rf, d.rl, p_.modifiedSection) && original;
 }
 
 void SideBySideRenderer::showDifference(const Difference& d)
