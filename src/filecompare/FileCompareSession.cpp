@@ -16,6 +16,8 @@
 #include <QThread>
 
 #include <algorithm>
+#include <chrono>
+#include <future>
 #include <string_view>
 #include <utility>
 
@@ -74,6 +76,10 @@ std::string_view view(const QByteArray& b)
 // Word-level passes let events through this often, so that Abort is heard
 // on a pair with thousands of changes without a round trip per section.
 constexpr int kChangesBetweenEvents = 32;
+// How often the window handles events while the engine compares the lines:
+// often enough that it repaints and its Abort button answers at once (the
+// pass of the words is skipped after an abort; the lines are seen through).
+constexpr std::chrono::milliseconds kEventsEvery{30};
 
 } // namespace
 
@@ -244,7 +250,14 @@ const ComparisonResult& FileCompareSession::compare(QString original, QString mo
     e.setUseLineBracket(o.bUseLineBracket.Data());
     e.setLineBracket(o.lLineBracket.Data());
     e.setCompareMode(0);
-    e.CompareFiles();
+    // The engine works on its own copies of the two texts, on a worker: a
+    // long pair takes seconds, and the window keeps answering meanwhile (a
+    // run holds back input other than its abort, as it does while it
+    // renders). Nothing here touches the engine until it is done.
+    auto lines = std::async(std::launch::async, [&e] { e.CompareFiles(); });
+    while (lines.wait_for(kEventsEvery) != std::future_status::ready)
+        DoEvents();
+    lines.get();
     switch (e.loadStatus()) {
     case 0: break;
     case -3: failure = QStringLiteral("Unable to load master file for comparison"); break;
