@@ -103,7 +103,7 @@ void LazyTextLayout::measureAll()
     for (QTextBlock b = document()->begin(); b.isValid() && i < n; b = b.next(), ++i) {
         const int length = b.length();
         longest_ = std::max(longest_, length);
-        height_[size_t(i)] = b.isVisible() ? estimate(length, wrapWidth_) : 0;
+        height_[size_t(i)] = b.isVisible() ? float(estimate(length, wrapWidth_)) : 0.0f;
     }
     // Linear build of the tree.
     tree_.assign(size_t(n) + 1, 0);
@@ -204,7 +204,7 @@ void LazyTextLayout::setHeight(int number, qreal height) const
     const qreal delta = height - height_[size_t(number)];
     if (delta == 0)
         return;
-    height_[size_t(number)] = height;
+    height_[size_t(number)] = float(height);
     total_ += delta;
     for (size_t k = size_t(number) + 1; k < tree_.size(); k += k & (~k + 1))
         tree_[k] += delta;
