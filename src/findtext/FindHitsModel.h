@@ -4,6 +4,8 @@
 // kept packed (one copy of each file name, the texts in one buffer) and
 // turned into display strings only when the view asks for a cell.
 
+#include "findtext/FindTextSession.h"
+
 #include <QAbstractTableModel>
 #include <QString>
 #include <QStringList>
@@ -11,8 +13,6 @@
 
 #include <string>
 #include <vector>
-
-struct FindHit;
 
 class FindHitsModel : public QAbstractTableModel {
     Q_OBJECT
