@@ -101,4 +101,21 @@ TEST(FileCompareSession, ATextOnlyLoadReadsWhatAnEditorWouldHold)
     EXPECT_FALSE(FileCompareSession::PlainTextOf(dir.qpath() + "/missing.txt", text));
 }
 
+TEST(FileCompareSession, AWorkFileHoldsTheTextWholeAcrossItsPieces)
+{
+    // The text is written a megabyte at a time: a character outside the
+    // basic plane that straddles a piece must come out whole.
+    tvtest::TempDir dir;
+    const QString path = dir.qpath() + "/work.txt";
+    const QString text = QString((1 << 20) - 1, QLatin1Char('a')) + QString::fromUtf8("\xF0\x9F\x98\x80 end");
+    ASSERT_TRUE(FileCompareSession::WriteWholeText(text, path));
+    QFile f(path);
+    ASSERT_TRUE(f.open(QIODevice::ReadOnly));
+    EXPECT_EQ(f.readAll(), text.toUtf8() + "\r\n");
+    ASSERT_TRUE(FileCompareSession::WriteWholeText(QStringLiteral("ends\n"), path));
+    f.close();
+    ASSERT_TRUE(f.open(QIODevice::ReadOnly));
+    EXPECT_EQ(f.readAll(), QByteArray("ends\n"));
+}
+
 } // namespace
