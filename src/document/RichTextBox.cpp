@@ -20,6 +20,7 @@
 #include <QTextEdit>
 #include <QTextFrame>
 #include <QTextLayout>
+#include <QThread>
 
 namespace {
 
@@ -251,6 +252,17 @@ void RichTextBox::replaceDocument(const std::function<void(QTextCursor&)>& fill)
     textValid_ = false;
     if (bulk)
         endBulkEdit();
+}
+
+std::future<std::unique_ptr<RichTextBox>> RichTextBox::buildOnWorker(const QString& text, QThread* home)
+{
+    return std::async(std::launch::async, [text, home] {
+        auto box = std::make_unique<RichTextBox>();
+        box->setText(text);
+        box->document()->moveToThread(home);
+        box->moveToThread(home);
+        return box;
+    });
 }
 
 void RichTextBox::setText(const QString& text)

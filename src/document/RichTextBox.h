@@ -23,9 +23,11 @@
 #include <QTextEdit>
 #include <cstdint>
 #include <functional>
+#include <future>
 #include <memory>
 
 class QTextDocument;
+class QThread;
 class QWidget;
 
 class RichTextBox : public QObject {
@@ -55,6 +57,10 @@ public:
     // --- content ---------------------------------------------------------------
     QString Text() const;
     void setText(const QString& text);  // plain text; formats are dropped
+    // A box holding a plain text, built on a worker thread and handed to
+    // `home`, where it is taken: a document of a million lines takes seconds.
+    // A document is a reentrant object that nothing else sees until then.
+    static std::future<std::unique_ptr<RichTextBox>> buildOnWorker(const QString& text, QThread* home);
     int TextLength() const;             // Len(Text), without building it
     // Lets go of the text kept since it was last read or set; the next Text()
     // reads the document again. For long documents whose text is done with.

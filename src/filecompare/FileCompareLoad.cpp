@@ -85,13 +85,7 @@ public:
                               Built b{std::make_unique<RichTextBox>(), nullptr, {}};
                               QString text;
                               if (withCopy && filecompare::FileCompareSession::PlainTextOf(kept, text)) {
-                                  auto copy = std::async(std::launch::async, [&text, home] {
-                                      auto c = std::make_unique<RichTextBox>();
-                                      c->setText(text);
-                                      c->document()->moveToThread(home);
-                                      c->moveToThread(home);
-                                      return c;
-                                  });
+                                  auto copy = RichTextBox::buildOnWorker(text, home);
                                   b.box->setText(text);
                                   b.copy = copy.get();
                               } else {

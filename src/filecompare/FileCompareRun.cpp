@@ -355,9 +355,7 @@ void frmCompareFiles::prepareWorkCopies()
     // Only the side-by-side view works on copies; the all-in-one view builds
     // its pane from the editors themselves.
     const bool wanted = SideBySideShowing();
-    // Plain copies to make are built side by side on workers: a document of
-    // a million lines takes seconds. A document is a reentrant object that
-    // nothing else sees until its box takes it, here.
+    // Plain copies to make are built side by side on workers.
     QThread* home = QThread::currentThread();
     std::array<std::future<std::unique_ptr<RichTextBox>>, 2> plain;
     for (int side = 0; side < 2; ++side) {
@@ -378,13 +376,7 @@ void frmCompareFiles::prepareWorkCopies()
             work->setTextRTF(content);
             continue;
         }
-        plain[size_t(side)] = std::async(std::launch::async, [text, home] {
-            auto copy = std::make_unique<RichTextBox>();
-            copy->setText(text);
-            copy->document()->moveToThread(home);
-            copy->moveToThread(home);
-            return copy;
-        });
+        plain[size_t(side)] = RichTextBox::buildOnWorker(text, home);
     }
     if (!wanted)
         return;
