@@ -125,7 +125,12 @@ void LazyTextLayout::remeasure()
     for (size_t i = 0; i < laid_.size(); ++i)
         if (laid_[i])
             laid.push_back(int(i));
-    if (line != lineHeight_ || chars != charWidth_ || wrap != wrapWidth_) {
+    // A new width changes no estimate when the longest paragraph fits on one
+    // line at the old width and at the new: the usual case when a window
+    // comes up, sets its panes' widths twice, and their lines are short.
+    const bool sameEstimates = wrap == wrapWidth_
+        || (estimate(longest_, wrap) == lineHeight_ && estimate(longest_, wrapWidth_) == lineHeight_);
+    if (line != lineHeight_ || chars != charWidth_ || !sameEstimates) {
         for (int i : laid)
             document()->findBlockByNumber(i).clearLayout();
         measureAll();
