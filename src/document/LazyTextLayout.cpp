@@ -95,25 +95,44 @@ void LazyTextLayout::measureAll()
     measureFont();
     const int n = document()->blockCount();
     measuredCharacters_ = document()->characterCount();
+    length_.assign(size_t(n), 0);
     height_.assign(size_t(n), 0);
     laid_.assign(size_t(n), 0);
     longest_ = 0;
-    widest_ = 0;
     int i = 0;
     for (QTextBlock b = document()->begin(); b.isValid() && i < n; b = b.next(), ++i) {
         const int length = b.length();
         longest_ = std::max(longest_, length);
-        height_[size_t(i)] = b.isVisible() ? float(estimate(length, wrapWidth_)) : 0.0f;
+        length_[size_t(i)] = std::uint16_t(std::min(length, int(kLengthKeptUpTo)));
+        // A hidden paragraph takes no room: its height stays 0, which no
+        // estimate of a shown one is.
+        height_[size_t(i)] = b.isVisible() ? 1.0f : 0.0f;
+    }
+    estimateAll();
+}
+
+void LazyTextLayout::estimateAll()
+{
+    widest_ = 0;
+    const size_t n = height_.size();
+    for (size_t i = 0; i < n; ++i) {
+        if (height_[i] == 0)
+            continue;
+        int length = length_[i];
+        if (length == kLengthKeptUpTo)
+            length = document()->findBlockByNumber(int(i)).length();
+        height_[i] = float(estimate(length, wrapWidth_));
     }
     // Linear build of the tree.
-    tree_.assign(size_t(n) + 1, 0);
+    tree_.assign(n + 1, 0);
     total_ = 0;
-    for (int k = 1; k <= n; ++k) {
-        tree_[size_t(k)] += height_[size_t(k - 1)];
-        total_ += height_[size_t(k - 1)];
-        const int parent = k + (k & -k);
+    for (size_t k = 1; k <= n; ++k) {
+        const auto h = std::int32_t(height_[k - 1]);
+        tree_[k] += h;
+        total_ += h;
+        const size_t parent = k + (k & (~k + 1));
         if (parent <= n)
-            tree_[size_t(parent)] += tree_[size_t(k)];
+            tree_[parent] += tree_[k];
     }
 }
 
@@ -121,28 +140,24 @@ void LazyTextLayout::remeasure()
 {
     const qreal line = lineHeight_, chars = charWidth_, wrap = wrapWidth_;
     measureFont();
-    std::vector<int> laid;
-    for (size_t i = 0; i < laid_.size(); ++i)
-        if (laid_[i])
-            laid.push_back(int(i));
-    // A new width changes no estimate when the longest paragraph fits on one
-    // line at the old width and at the new: the usual case when a window
-    // comes up, sets its panes' widths twice, and their lines are short.
-    const bool sameEstimates = wrap == wrapWidth_
-        || (estimate(longest_, wrap) == lineHeight_ && estimate(longest_, wrapWidth_) == lineHeight_);
-    if (line != lineHeight_ || chars != charWidth_ || !sameEstimates) {
-        for (int i : laid)
-            document()->findBlockByNumber(i).clearLayout();
-        measureAll();
-        return;
-    }
+    const bool sameMeasures = line == lineHeight_ && chars == charWidth_ && wrap == wrapWidth_;
     widest_ = 0;
-    for (int i : laid) {
-        QTextBlock b = document()->findBlockByNumber(i);
+    for (size_t i = 0; i < laid_.size(); ++i) {
+        if (!laid_[i])
+            continue;
+        QTextBlock b = document()->findBlockByNumber(int(i));
         b.clearLayout();
-        laid_[size_t(i)] = 0;
-        setHeight(i, b.isVisible() ? estimate(b.length(), wrapWidth_) : 0);
+        laid_[i] = 0;
+        if (sameMeasures)
+            setHeight(int(i), b.isVisible() ? estimate(b.length(), wrapWidth_) : 0);
+        else
+            height_[i] = b.isVisible() ? 1.0f : 0.0f;
     }
+    // New measures change every estimate; the paragraphs are the ones
+    // measured, so their kept lengths give the estimates without a walk over
+    // the document.
+    if (!sameMeasures)
+        estimateAll();
 }
 
 void LazyTextLayout::documentChanged(int from, int charsRemoved, int charsAdded)
@@ -206,7 +221,7 @@ int LazyTextLayout::laidOutCount() const
 
 void LazyTextLayout::setHeight(int number, qreal height) const
 {
-    const qreal delta = height - height_[size_t(number)];
+    const auto delta = std::int32_t(std::lround(height - height_[size_t(number)]));
     if (delta == 0)
         return;
     height_[size_t(number)] = float(height);

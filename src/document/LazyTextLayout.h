@@ -14,6 +14,7 @@
 #include <QAbstractTextDocumentLayout>
 #include <QTextBlock>
 
+#include <cstdint>
 #include <vector>
 
 class LazyTextLayout : public QAbstractTextDocumentLayout {
@@ -59,7 +60,10 @@ protected:
 
 private:
     void measureFont();
+    // Walks the document for the lengths of its paragraphs, then estimates.
     void measureAll();
+    // Estimates every paragraph not laid out from its kept length.
+    void estimateAll();
     void remeasure();
     // A paragraph of this many characters, wrapped at wrapWidth (0: not wrapped).
     qreal estimate(int length, qreal wrapWidth) const;
@@ -77,8 +81,14 @@ private:
     // paragraph's top and the paragraph at a height are found in log time.
     // A height is whole pixels (lines advance by whole pixels): exact in a
     // float, which halves what a million of them take.
+    // The sums are whole pixels too; a document would need over a hundred
+    // million lines to overflow them, and Qt's would long have given out.
     mutable std::vector<float> height_;
-    mutable std::vector<qreal> tree_;
+    mutable std::vector<std::int32_t> tree_;
+    // The paragraphs' lengths when last walked, so that a new font or width
+    // is estimated without another walk; a longer one is asked for again.
+    static constexpr std::uint16_t kLengthKeptUpTo = 0xFFFF;
+    std::vector<std::uint16_t> length_;
     mutable std::vector<char> laid_;
     mutable qreal total_ = 0;
     mutable bool sizeAnnounced_ = true;

@@ -92,6 +92,33 @@ TEST(LazyLayout, ANewFontOrWidthMovesParagraphsAsQtsLayoutDoes)
     expectSamePlaces("a wider page");
 }
 
+TEST(LazyLayout, AFarParagraphStaysWhereQtsLayoutPutsItAfterANewFontOrWidth)
+{
+    // Lines that do not wrap are as tall estimated as laid out, so a far
+    // paragraph's place is exact; a hidden paragraph above it takes no room.
+    Pair p(5000);
+    const int far = kLines - 2;
+    for (QTextDocument* d : {&p.qt, &p.lazy}) {
+        QTextBlock hidden = d->findBlockByNumber(far - 10);
+        hidden.setVisible(false);
+        d->markContentsDirty(hidden.position(), hidden.length());
+    }
+    auto expectSameFarPlace = [&](const char* after) {
+        const qreal a = p.qt.documentLayout()->blockBoundingRect(p.qt.findBlockByNumber(far)).top();
+        const qreal b = p.layout->blockBoundingRect(p.lazy.findBlockByNumber(far)).top();
+        EXPECT_NEAR(a, b, 0.5) << after;
+    };
+    expectSameFarPlace("first layout");
+    QFont big = p.lazy.defaultFont();
+    big.setPointSizeF(big.pointSizeF() * 2);
+    for (QTextDocument* d : {&p.qt, &p.lazy})
+        d->setDefaultFont(big);
+    expectSameFarPlace("a bigger font");
+    for (QTextDocument* d : {&p.qt, &p.lazy})
+        d->setPageSize(QSizeF(6000, -1));
+    expectSameFarPlace("a wider page");
+}
+
 TEST(LazyLayout, AFarParagraphIsFoundWithoutLayingOutTheOnesAboveIt)
 {
     Pair p(5000);
