@@ -50,9 +50,18 @@ bool LazyTextLayout::suits(const QTextDocument& doc)
 }
 
 LazyTextLayout::LazyTextLayout(QTextDocument* doc)
+    : LazyTextLayout(doc, Walk())
+{
+}
+
+LazyTextLayout::LazyTextLayout(QTextDocument* doc, Walk walked)
     : QAbstractTextDocumentLayout(doc)
 {
-    measureAll();
+    if (walked.revision == doc->revision() && walked.characters == doc->characterCount()
+        && walked.length.size() == size_t(doc->blockCount()))
+        adopt(std::move(walked));
+    else
+        measureAll();
 }
 
 qreal LazyTextLayout::margin() const
@@ -90,24 +99,39 @@ void LazyTextLayout::measureFont()
     wrapWidth_ = width > 0 && document()->defaultTextOption().wrapMode() != QTextOption::NoWrap ? width : 0;
 }
 
+LazyTextLayout::Walk LazyTextLayout::walk(const QTextDocument& doc)
+{
+    const int n = doc.blockCount();
+    Walk w;
+    w.revision = doc.revision();
+    w.characters = doc.characterCount();
+    w.length.assign(size_t(n), 0);
+    w.shown.assign(size_t(n), 0);
+    int i = 0;
+    for (QTextBlock b = doc.begin(); b.isValid() && i < n; b = b.next(), ++i) {
+        const int length = b.length();
+        w.longest = std::max(w.longest, length);
+        w.length[size_t(i)] = std::uint16_t(std::min(length, int(kLengthKeptUpTo)));
+        w.shown[size_t(i)] = b.isVisible() ? 1.0f : 0.0f;
+    }
+    return w;
+}
+
 void LazyTextLayout::measureAll()
 {
+    adopt(walk(*document()));
+}
+
+void LazyTextLayout::adopt(Walk walked)
+{
     measureFont();
-    const int n = document()->blockCount();
-    measuredCharacters_ = document()->characterCount();
-    length_.assign(size_t(n), 0);
-    height_.assign(size_t(n), 0);
-    laid_.assign(size_t(n), 0);
-    longest_ = 0;
-    int i = 0;
-    for (QTextBlock b = document()->begin(); b.isValid() && i < n; b = b.next(), ++i) {
-        const int length = b.length();
-        longest_ = std::max(longest_, length);
-        length_[size_t(i)] = std::uint16_t(std::min(length, int(kLengthKeptUpTo)));
-        // A hidden paragraph takes no room: its height stays 0, which no
-        // estimate of a shown one is.
-        height_[size_t(i)] = b.isVisible() ? 1.0f : 0.0f;
-    }
+    measuredCharacters_ = walked.characters;
+    longest_ = walked.longest;
+    length_ = std::move(walked.length);
+    // A hidden paragraph takes no room: its height stays 0, which no
+    // estimate of a shown one is.
+    height_ = std::move(walked.shown);
+    laid_.assign(height_.size(), 0);
     estimateAll();
 }
 

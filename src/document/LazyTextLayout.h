@@ -32,7 +32,21 @@ public:
     // images, indents, paragraph spacing or line heights of their own.
     static bool suits(const QTextDocument& doc);
 
+    // What a walk over a document finds: its paragraphs' lengths and which
+    // of them are shown. A walk of a million paragraphs takes a good tenth
+    // of a second, so a document built on a worker is walked there, and the
+    // layout that shows it takes the walk if the document is unchanged since.
+    struct Walk {
+        int revision = -1;
+        int characters = 0;
+        int longest = 0;
+        std::vector<std::uint16_t> length;
+        std::vector<float> shown;  // 1 shown, 0 hidden
+    };
+    static Walk walk(const QTextDocument& doc);
+
     explicit LazyTextLayout(QTextDocument* doc);
+    LazyTextLayout(QTextDocument* doc, Walk walked);
 
     void draw(QPainter* painter, const PaintContext& context) override;
     int hitTest(const QPointF& point, Qt::HitTestAccuracy accuracy) const override;
@@ -62,6 +76,7 @@ private:
     void measureFont();
     // Walks the document for the lengths of its paragraphs, then estimates.
     void measureAll();
+    void adopt(Walk walked);
     // Estimates every paragraph not laid out from its kept length.
     void estimateAll();
     void remeasure();

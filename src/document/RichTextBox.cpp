@@ -100,6 +100,7 @@ void RichTextBox::swapDocuments(RichTextBox& other)
     // The kept text describes a document, and goes where it goes.
     std::swap(textCache_, other.textCache_);
     std::swap(textValid_, other.textValid_);
+    std::swap(walked_, other.walked_);
     for (RichTextBox* box : {this, &other}) {
         box->watchDocument();
         box->doc_->setUndoRedoEnabled(false);
@@ -259,10 +260,17 @@ std::future<std::unique_ptr<RichTextBox>> RichTextBox::buildOnWorker(const QStri
     return std::async(std::launch::async, [text, home] {
         auto box = std::make_unique<RichTextBox>();
         box->setText(text);
+        box->walkForLayout();
         box->document()->moveToThread(home);
         box->moveToThread(home);
         return box;
     });
+}
+
+void RichTextBox::walkForLayout()
+{
+    if (LazyTextLayout::suits(*doc_))
+        walked_ = LazyTextLayout::walk(*doc_);
 }
 
 void RichTextBox::setText(const QString& text)
@@ -651,7 +659,7 @@ void RichTextBox::chooseLayout()
     // A document without a layout gets Qt's own from the view; a long plain
     // one is laid out only where it is looked at.
     if (LazyTextLayout::suits(*doc_))
-        doc_->setDocumentLayout(new LazyTextLayout(doc_.get()));
+        doc_->setDocumentLayout(new LazyTextLayout(doc_.get(), std::exchange(walked_, {})));
 }
 
 void RichTextBox::endBulkEdit()

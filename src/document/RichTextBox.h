@@ -12,6 +12,7 @@
 // loops and never undone); a view turns it on. Loading a document (Text,
 // TextRTF, LoadFile) clears the history.
 
+#include "document/LazyTextLayout.h"
 #include "document/RichText.h"
 
 #include "components/lexiform/RichTextModel.h"
@@ -61,6 +62,10 @@ public:
     // `home`, where it is taken: a document of a million lines takes seconds.
     // A document is a reentrant object that nothing else sees until then.
     static std::future<std::unique_ptr<RichTextBox>> buildOnWorker(const QString& text, QThread* home);
+    // Where the box's document was built, off the UI thread: walks a long
+    // plain document for the layout that will show it, which takes the walk
+    // if the document is unchanged by then.
+    void walkForLayout();
     int TextLength() const;             // Len(Text), without building it
     // Lets go of the text kept since it was last read or set; the next Text()
     // reads the document again. For long documents whose text is done with.
@@ -160,6 +165,7 @@ private:
     int bulkDepth_ = 0;
     // What the view shows while its document is taken off it.
     std::unique_ptr<QTextDocument> standIn_;
+    LazyTextLayout::Walk walked_;
     int rightMargin_ = 0;
     bool undoWanted_ = false;
 

@@ -87,6 +87,7 @@ public:
                               if (withCopy && filecompare::FileCompareSession::PlainTextOf(kept, text)) {
                                   auto copy = RichTextBox::buildOnWorker(text, home);
                                   b.box->setText(text);
+                                  b.box->walkForLayout();
                                   b.copy = copy.get();
                               } else {
                                   b.error = b.box->LoadFile(kept, RichTextBox::ByContent);

@@ -119,6 +119,27 @@ TEST(LazyLayout, AFarParagraphStaysWhereQtsLayoutPutsItAfterANewFontOrWidth)
     expectSameFarPlace("a wider page");
 }
 
+TEST(LazyLayout, AWalkTakenBeforeAnEditIsNotUsed)
+{
+    // The edit keeps the characters and the paragraphs, and moves the long
+    // paragraph's text into a short one: only the lengths differ.
+    QTextDocument doc;
+    doc.setPlainText(sampleText());
+    doc.setPageSize(QSizeF(300, -1));
+    LazyTextLayout::Walk before = LazyTextLayout::walk(doc);
+    QTextCursor c(doc.findBlockByNumber(3));
+    c.movePosition(QTextCursor::EndOfBlock, QTextCursor::KeepAnchor);
+    const QString moved = c.selectedText();
+    c.removeSelectedText();
+    QTextCursor(doc.findBlockByNumber(4)).insertText(moved);
+
+    const LazyTextLayout fresh(&doc);
+    const LazyTextLayout given(&doc, std::move(before));
+    EXPECT_EQ(given.linesAbove(4), 4) << "paragraph 3 no longer wraps";
+    EXPECT_EQ(given.linesAbove(5), fresh.linesAbove(5));
+    EXPECT_GT(fresh.linesAbove(5), 5) << "paragraph 4 wraps now";
+}
+
 TEST(LazyLayout, AFarParagraphIsFoundWithoutLayingOutTheOnesAboveIt)
 {
     Pair p(5000);
