@@ -80,22 +80,33 @@ bool clsRTBDocument::ParagraphCollectionCreate()
         paragraphs_.push_back({0, 2});
         return true;
     }
-    // One pass over one copy of the text.
-    const QString s = rtb_->Text();
+    paragraphs_ = ParagraphsOf(rtb_->Text());
+    return true;
+}
+
+std::vector<clsParagraph> clsRTBDocument::ParagraphsOf(const QString& s)
+{
+    // One pass over the text.
+    std::vector<clsParagraph> paragraphs;
     const std::int32_t end = std::int32_t(s.size()) + 2;
     const QChar* p = s.constData();
     const qsizetype n = s.size();
     std::int32_t previous = 0;
-    paragraphs_.reserve(std::size_t(std::count(p, p + n, QLatin1Char('\n'))) + 1);
+    paragraphs.reserve(std::size_t(std::count(p, p + n, QLatin1Char('\n'))) + 1);
     for (qsizetype i = 0; i < n; ++i) {
         if (p[i] == u'\n') {
             const std::int32_t lineFeed = std::int32_t(i) + 1;
-            paragraphs_.push_back({previous, lineFeed});
+            paragraphs.push_back({previous, lineFeed});
             previous = lineFeed;
         }
     }
-    paragraphs_.push_back({previous, end});
-    return true;
+    paragraphs.push_back({previous, end});
+    return paragraphs;
+}
+
+void clsRTBDocument::ParagraphCollectionAssign(std::vector<clsParagraph> paragraphs)
+{
+    paragraphs_ = std::move(paragraphs);
 }
 
 void clsRTBDocument::ParagraphCollectionAdjust(std::int32_t lParagraphToBeginWith, std::int32_t lLength)

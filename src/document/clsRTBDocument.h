@@ -50,6 +50,11 @@ public:
     // paragraphs, this box now holds (a finished copy swapped in), leaving
     // that one empty.
     void ParagraphCollectionTake(clsRTBDocument& from);
+    // The index of a plain text, made where the text is (a worker, say), and
+    // given to the document that holds that very text.
+    static std::vector<clsParagraph> ParagraphsOf(const QString& text);
+    void ParagraphCollectionAssign(std::vector<clsParagraph> paragraphs);
+    const std::vector<clsParagraph>& Paragraphs() const { return paragraphs_; }
     std::int32_t ParagraphCount() const { return std::int32_t(paragraphs_.size()); }
     const clsParagraph& Paragraph(std::int32_t number) const;
 

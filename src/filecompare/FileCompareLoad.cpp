@@ -61,6 +61,7 @@ public:
     struct Built {
         std::unique_ptr<RichTextBox> box;
         std::unique_ptr<RichTextBox> copy;
+        std::vector<clsParagraph> paragraphs;
         RichTextBox::FileError error;
     };
 
@@ -82,12 +83,13 @@ public:
             return false;
         QThread* home = QThread::currentThread();
         loads_.push_back({lEditor, kept, std::async(std::launch::async, [kept, home, withCopy] {
-                              Built b{std::make_unique<RichTextBox>(), nullptr, {}};
+                              Built b{std::make_unique<RichTextBox>(), nullptr, {}, {}};
                               QString text;
                               if (withCopy && filecompare::FileCompareSession::PlainTextOf(kept, text)) {
                                   auto copy = RichTextBox::buildOnWorker(text, home);
                                   b.box->setText(text);
                                   b.box->walkForLayout();
+                                  b.paragraphs = clsRTBDocument::ParagraphsOf(text);
                                   b.copy = copy.get();
                               } else {
                                   b.error = b.box->LoadFile(kept, RichTextBox::ByContent);
@@ -113,6 +115,8 @@ public:
                 box->swapDocuments(*b.box);
                 if (b.copy)
                     viewer->adoptWorkCopy(l.editor, *b.copy);
+                if (!b.paragraphs.empty())
+                    viewer->adoptEditorIndex(l.editor, std::move(b.paragraphs));
             } else {
                 viewer->EditorDocument(l.editor)->LoadFile(l.path);
                 showInFixedPitch(box, true);

@@ -250,12 +250,8 @@ void frmCompareFiles::RunCompare(bool bShowDifference)
                 editor->setText(QString(text).remove(doubled));
         }
 
+        prepareEditorIndexes();
         prepareWorkCopies();
-        // An unchanged editor keeps its index from the last run.
-        if (mbOriginalDirty)
-            docOriginal.ParagraphCollectionCreate();
-        if (mbModifiedDirty)
-            docModified.ParagraphCollectionCreate();
         // The boxes keep no second copy of their texts through the compare:
         // for long documents that is 200 MB the engine's own copies would
         // come on top of. A box reads its document again when asked.
@@ -350,6 +346,27 @@ void frmCompareFiles::adoptWorkCopy(qint32 lEditor, RichTextBox& copy)
     workCopyOf_[side] = EditorBox(lEditor)->Text();
 }
 
+void frmCompareFiles::adoptEditorIndex(qint32 lEditor, std::vector<clsParagraph> paragraphs)
+{
+    indexOf_[lEditor == kOriginal ? 0 : 1] = {EditorBox(lEditor)->Text(), std::move(paragraphs)};
+}
+
+void frmCompareFiles::prepareEditorIndexes()
+{
+    for (int side = 0; side < 2; ++side) {
+        auto [builtFrom, paragraphs] = std::exchange(indexOf_[side], {});
+        // An unchanged editor keeps its index from the last run.
+        if (!(side == 0 ? mbOriginalDirty : mbModifiedDirty))
+            continue;
+        clsRTBDocument& doc = side == 0 ? docOriginal : docModified;
+        const QString text = (side == 0 ? rtbOriginal : rtbModified)->Text();
+        if (!builtFrom.isNull() && builtFrom.constData() == text.constData() && builtFrom.size() == text.size())
+            doc.ParagraphCollectionAssign(std::move(paragraphs));
+        else
+            doc.ParagraphCollectionCreate();
+    }
+}
+
 void frmCompareFiles::prepareWorkCopies()
 {
     // Only the side-by-side view works on copies; the all-in-one view builds
@@ -358,6 +375,7 @@ void frmCompareFiles::prepareWorkCopies()
     // Plain copies to make are built side by side on workers.
     QThread* home = QThread::currentThread();
     std::array<std::future<std::unique_ptr<RichTextBox>>, 2> plain;
+    std::array<bool, 2> sameTextAsEditor{};
     for (int side = 0; side < 2; ++side) {
         RichTextBox* editor = side == 0 ? rtbOriginal : rtbModified;
         RichTextBox* work = side == 0 ? rtbOriginalDiff : rtbModifiedDiff;
@@ -370,6 +388,7 @@ void frmCompareFiles::prepareWorkCopies()
         // since holds a text of its own even when it reads the same.
         const bool prebuilt = content.isUnformatted() && !builtFrom.isNull()
             && builtFrom.constData() == text.constData() && builtFrom.size() == text.size();
+        sameTextAsEditor[size_t(side)] = content.isUnformatted();
         if (prebuilt)
             continue;
         if (!content.isUnformatted()) {
@@ -387,7 +406,13 @@ void frmCompareFiles::prepareWorkCopies()
             work->swapDocuments(*plain[size_t(side)].get());
         // The panes show each side in the font its editor shows it in.
         filecompare::TakeLook(work, editor);
-        (side == 0 ? docOriginalDiff : docModifiedDiff).ParagraphCollectionCreate();
+        // A plain copy has its editor's characters, and so its paragraphs,
+        // which the editor's index of this run holds.
+        clsRTBDocument& index = side == 0 ? docOriginalDiff : docModifiedDiff;
+        if (sameTextAsEditor[size_t(side)])
+            index.ParagraphCollectionAssign((side == 0 ? docOriginal : docModified).Paragraphs());
+        else
+            index.ParagraphCollectionCreate();
     }
 }
 

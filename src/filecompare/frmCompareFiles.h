@@ -327,6 +327,8 @@ private:
     // text it was built from, and made here otherwise.
     friend class PendingEditorLoads;
     void adoptWorkCopy(qint32 lEditor, RichTextBox& copy);
+    void adoptEditorIndex(qint32 lEditor, std::vector<clsParagraph> paragraphs);
+    void prepareEditorIndexes();
     void prepareWorkCopies();
 
     // --- state ------------------------------------------------------------------------
@@ -372,6 +374,9 @@ private:
     // characters with the editor's, so that an unchanged editor is known by
     // holding the very same text.
     std::array<QString, 2> workCopyOf_;
+    // The same for the paragraph index of each editor, made on the worker
+    // that built its document.
+    std::array<std::pair<QString, std::vector<clsParagraph>>, 2> indexOf_;
     filecompare::SideBySideDecorations* sbsDecorations_ = nullptr;
     bool closeWhenIdle_ = false;
     bool ready_ = false;

@@ -309,16 +309,19 @@ TEST_F(RunTest, AFailedReloadStopsTheRequest)
 
 TEST_F(RunTest, AnEditorEditedAfterAReloadIsRenderedAsItNowReads)
 {
-    // The Modified side reloads (with the copy its pane will show), the
-    // Original fails; the Modified editor is then edited to read as the
-    // Original, so that no section of the pane is rendered from the editor.
+    // The Modified side reloads (with the copy its pane will show and the
+    // index of its paragraphs), the Original fails; the Modified editor is
+    // then edited to read as the Original behind a new first line, so that
+    // only that line's section of the pane is rendered from the editor.
     compare(textFile("a.txt", {"one", "two"}), textFile("b.txt", {"one", "three"}));
     ui<QComboBox>("cbSelectOriginal")->setEditText(dir.qpath() + "/missing.txt");
     viewer->RefreshDisplay(true, true);
-    box(frmCompareFiles::kModified)->setText("one\ntwo");
+    box(frmCompareFiles::kModified)->setText("a\none\ntwo");
     viewer->RefreshDisplay(false, true);
-    EXPECT_TRUE(viewer->Result().empty());
-    EXPECT_EQ(box(frmCompareFiles::kModifiedDiffFinal)->Text(), "one\ntwo");
+    ASSERT_EQ(viewer->Result().count(), 1);
+    EXPECT_EQ(box(frmCompareFiles::kModifiedDiffFinal)->Text(), "a\none\ntwo");
+    EXPECT_TRUE(ui<QComboBox>("cmboChangeListing")->itemText(0).endsWith(QStringLiteral(": \"a\"")))
+        << ui<QComboBox>("cmboChangeListing")->itemText(0).toStdString();
 }
 
 TEST_F(RunTest, TheViewSwitchRendersAStaleViewOnlyOnce)
