@@ -12,6 +12,7 @@
 #include <QTextTable>
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <memory>
 
 namespace {
@@ -69,27 +70,33 @@ TEST(LazyLayout, ParagraphsStandWhereQtsLayoutPutsThem)
     EXPECT_EQ(hit, qt->hitTest(QPointF(r.left() + 2, r.top() + second.y() + 1), Qt::FuzzyHit));
 }
 
+// Checks both documents as laid out first, in a font twice as big, and on a
+// page of the new width.
+void throughFontAndWidth(Pair& p, qreal newWidth, const std::function<void(const char*)>& expect)
+{
+    expect("first layout");
+    QFont big = p.lazy.defaultFont();
+    big.setPointSizeF(big.pointSizeF() * 2);
+    for (QTextDocument* d : {&p.qt, &p.lazy})
+        d->setDefaultFont(big);
+    expect("a bigger font");
+    for (QTextDocument* d : {&p.qt, &p.lazy})
+        d->setPageSize(QSizeF(newWidth, -1));
+    expect("a wider page");
+}
+
 TEST(LazyLayout, ANewFontOrWidthMovesParagraphsAsQtsLayoutDoes)
 {
     Pair p;
     QAbstractTextDocumentLayout* qt = p.qt.documentLayout();
-    auto expectSamePlaces = [&](const char* after) {
+    throughFontAndWidth(p, 600, [&](const char* after) {
         for (int n = 0; n < 60; ++n) {
             const QRectF a = qt->blockBoundingRect(p.qt.findBlockByNumber(n));
             const QRectF b = p.layout->blockBoundingRect(p.lazy.findBlockByNumber(n));
             ASSERT_DOUBLE_EQ(a.top(), b.top()) << after << ", paragraph " << n;
             ASSERT_DOUBLE_EQ(a.height(), b.height()) << after << ", paragraph " << n;
         }
-    };
-    expectSamePlaces("first layout");
-    QFont big = p.lazy.defaultFont();
-    big.setPointSizeF(big.pointSizeF() * 2);
-    for (QTextDocument* d : {&p.qt, &p.lazy})
-        d->setDefaultFont(big);
-    expectSamePlaces("a bigger font");
-    for (QTextDocument* d : {&p.qt, &p.lazy})
-        d->setPageSize(QSizeF(600, -1));
-    expectSamePlaces("a wider page");
+    });
 }
 
 TEST(LazyLayout, AFarParagraphStaysWhereQtsLayoutPutsItAfterANewFontOrWidth)
@@ -103,20 +110,11 @@ TEST(LazyLayout, AFarParagraphStaysWhereQtsLayoutPutsItAfterANewFontOrWidth)
         hidden.setVisible(false);
         d->markContentsDirty(hidden.position(), hidden.length());
     }
-    auto expectSameFarPlace = [&](const char* after) {
+    throughFontAndWidth(p, 6000, [&](const char* after) {
         const qreal a = p.qt.documentLayout()->blockBoundingRect(p.qt.findBlockByNumber(far)).top();
         const qreal b = p.layout->blockBoundingRect(p.lazy.findBlockByNumber(far)).top();
         EXPECT_NEAR(a, b, 0.5) << after;
-    };
-    expectSameFarPlace("first layout");
-    QFont big = p.lazy.defaultFont();
-    big.setPointSizeF(big.pointSizeF() * 2);
-    for (QTextDocument* d : {&p.qt, &p.lazy})
-        d->setDefaultFont(big);
-    expectSameFarPlace("a bigger font");
-    for (QTextDocument* d : {&p.qt, &p.lazy})
-        d->setPageSize(QSizeF(6000, -1));
-    expectSameFarPlace("a wider page");
+    });
 }
 
 TEST(LazyLayout, AWalkTakenBeforeAnEditIsNotUsed)
